@@ -1,0 +1,20 @@
+# Options for our own code, as the interface target gpb_options; never installed.
+add_library(gpb_options INTERFACE)
+target_compile_options(gpb_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
+
+# The shipped build is hardened; a sanitizer build brings its own checks.
+if(GPB_SANITIZE)
+    target_compile_options(gpb_options INTERFACE
+        -fsanitize=${GPB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(gpb_options INTERFACE -fsanitize=${GPB_SANITIZE})
+elseif(CMAKE_BUILD_TYPE MATCHES "Release|RelWithDebInfo")
+    target_compile_options(gpb_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -fstack-protector-strong)
+    target_link_options(gpb_options INTERFACE -Wl,-z,relro,-z,now)
+endif()
+
+if(GPB_COVERAGE)
+    target_compile_options(gpb_options INTERFACE --coverage -O0)
+    target_link_options(gpb_options INTERFACE --coverage)
+endif()
