@@ -86,8 +86,8 @@ extern "C"
     } GpbHostAllocation;
 
     /**
-     * Sets the system work path; a "/" is added when it lacks one. Null goes back to the environment variable
-     * GPB_WORK_PATH, or the current directory where that is not set.
+     * Sets the system work path; a "/" is added when it lacks one. Null or an empty text goes back to the environment
+     * variable GPB_WORK_PATH, or the current directory where that is not set or empty.
      */
     GPB_HOST_API void GpbHost_SetWorkPath(const char *pcPath);
 

@@ -1,0 +1,133 @@
+/** Generic trees. Every walk is a loop, so that a tree may be as deep as memory allows. */
+#include "platform_exports.h"
+
+namespace
+{
+
+constexpr const char *kFileTag = "cmf_tree";
+constexpr uint32_t kLineFreeTree = 1;
+
+/** True when adding `child` below `parent` would close a ring. */
+bool wouldCloseRing(const CmfTreeNode *parent, const CmfTreeNode *child)
+{
+    if (parent == child)
+    {
+        return true;
+    }
+    if (child->pstFirstChild == nullptr)
+    {
+        return false; // the ancestor of nothing; this keeps building a deep chain linear
+    }
+    for (const CmfTreeNode *node = parent; node != nullptr; node = node->pstParent)
+    {
+        if (node == child)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+/** Takes a node out of its parent's children; its own links stay as they are. */
+void unlink(const CmfTreeNode *node)
+{
+    CmfTreeNode *const parent = node->pstParent;
+    (node->pstPrevSibling != nullptr ? node->pstPrevSibling->pstNextSibling : parent->pstFirstChild) =
+        node->pstNextSibling;
+    (node->pstNextSibling != nullptr ? node->pstNextSibling->pstPrevSibling : parent->pstLastChild) =
+        node->pstPrevSibling;
+}
+
+} // namespace
+
+void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t uiFlags)
+{
+    if (pstParent == nullptr || pstChild == nullptr || wouldCloseRing(pstParent, pstChild))
+    {
+        return;
+    }
+    CMF_TREE_DetachNode(pstChild, uiFlags);
+    CmfTreeNode *const last = pstParent->pstLastChild;
+    pstChild->pstParent = pstParent;
+    pstChild->pstPrevSibling = last;
+    (last != nullptr ? last->pstNextSibling : pstParent->pstFirstChild) = pstChild;
+    pstParent->pstLastChild = pstChild;
+}
+
+CmfTreeNode *CMF_TREE_GetFirstChild(const CmfTreeNode *pstNode, uint32_t)
+{
+    return pstNode == nullptr ? nullptr : pstNode->pstFirstChild;
+}
+
+CmfTreeNode *CMF_TREE_GetNextSibling(const CmfTreeNode *pstNode, uint32_t)
+{
+    return pstNode == nullptr ? nullptr : pstNode->pstNextSibling;
+}
+
+CmfTreeNode *CMF_TREE_GetParent(const CmfTreeNode *pstNode, uint32_t)
+{
+    return pstNode == nullptr ? nullptr : pstNode->pstParent;
+}
+
+CmfTreeNode *CMF_TREE_GetPreOrderIter(CmfTreeNode *pstStart, CmfTreeIter *pstIter, uint32_t)
+{
+    if (pstIter != nullptr)
+    {
+        *pstIter = {pstStart, pstStart};
+    }
+    return pstStart;
+}
+
+CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t)
+{
+    if (pstIter == nullptr || pstIter->pstCurrent == nullptr)
+    {
+        return nullptr;
+    }
+    CmfTreeNode *node = pstIter->pstCurrent;
+    CmfTreeNode *next = node->pstFirstChild;
+    while (next == nullptr && node != nullptr && node != pstIter->pstStart)
+    {
+        next = node->pstNextSibling;
+        node = node->pstParent;
+    }
+    pstIter->pstCurrent = next;
+    return next;
+}
+
+void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t)
+{
+    if (pstNode == nullptr || pstNode->pstParent == nullptr)
+    {
+        return;
+    }
+    unlink(pstNode);
+    pstNode->pstParent = nullptr;
+    pstNode->pstNextSibling = nullptr;
+    pstNode->pstPrevSibling = nullptr;
+}
+
+void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t uiFlags)
+{
+    CMF_TREE_DetachNode(pstNode, uiFlags);
+    CmfTreeNode *node = pstNode;
+    while (node != nullptr)
+    {
+        while (node->pstFirstChild != nullptr)
+        {
+            node = node->pstFirstChild;
+        }
+        // Out of its parent before it goes: the callback of the parent then sees no released child.
+        CmfTreeNode *const parent = node->pstParent;
+        if (parent != nullptr)
+        {
+            unlink(node);
+        }
+        if (pfnFree != nullptr)
+        {
+            pfnFree(node);
+        }
+        ZMP_Free_F(node, kFileTag, kLineFreeTree);
+        node = parent;
+    }
+}
