@@ -15,6 +15,7 @@
 
 #include "gpb_api.h"
 #include "gpb_compiler_c.h"
+#include "gpb_limits.h"
 
 namespace google
 {
@@ -26,16 +27,6 @@ class Message;
 } // namespace google
 
 class GpbFieldFinder;
-
-/** Slots of a stack; one fewer can be in use. */
-#define GPB_COMPILER_STACK_DEPTH 32u
-#define GPB_COMPILER_MAX_LAYERS 31u
-
-/** Entries of the ancestor array of GPB_PushAncesDescriptor. */
-#define GPB_MAX_ANCESTOR_NUM 32u
-
-/** Entries of a translator table: protobuf field types 1 to 18, entry 0 unused. */
-#define GPB_FIELD_TYPE_NUM 19u
 
 /** Result codes of the compilers. */
 #define GPB_COMPILER_OK 0u
@@ -207,6 +198,7 @@ public:
     std::string GetEncodeDebugString() const;
 
 protected:
+    unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlPresenceContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);

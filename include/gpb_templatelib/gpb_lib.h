@@ -17,6 +17,7 @@
 #include <stdint.h>
 
 #include "gpb_api.h"
+#include "gpb_limits.h"
 #include "platform/dll.h"
 #include "platform/safe_string.h"
 #include "platform/vec.h"
@@ -31,10 +32,6 @@ extern "C"
 #define GPB_LOG_PROGRESS 1u /**< progress, notable success, most lookup misses of the core */
 #define GPB_LOG_SKIP 2u     /**< a document that does not match the descriptor */
 #define GPB_LOG_DUMP 3u     /**< a successfully encoded message as text */
-#define GPB_LOG_LEVELS 4u
-
-/** Size of the path and file name buffers: texts of at most 255 characters. */
-#define GPB_PATH_SIZE 256u
 
     /**
      * Print callback of the host.
