@@ -18,15 +18,6 @@
 #include "gpb_api.h"
 #include "gpb_lib.h"
 
-/** Size of the buffers for node, field and enum names: names of at most 127 characters. */
-#define GPB_NAME_SIZE 128u
-
-/** Case fields that a oneof search collects; a search is given up when this many are found. */
-#define GPB_MAX_CASE_FIELDS 256u
-
-/** Room for a YANG enum name with its terminator. */
-#define GPB_ENUM_NAME_SIZE 129u
-
 /** One value of an enumeration, as Gpb_ModuleAdapt_GetEnumList returns it. */
 struct GpbYangEnumItem
 {

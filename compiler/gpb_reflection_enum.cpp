@@ -1,0 +1,101 @@
+// Leaf value translator for enumerations, and for bits, which are lists of values.
+#include <google/protobuf/descriptor.h>
+#include <google/protobuf/message.h>
+
+#include "compiler/gpb_reflection_store.h"
+#include "gpb_templatelib/gpb_compiler.h"
+#include "platform/safe_string.h"
+#include "platform/yos.h"
+#include "platform/zmp.h"
+
+using google::protobuf::EnumDescriptor;
+using google::protobuf::EnumValueDescriptor;
+using google::protobuf::FieldDescriptor;
+using google::protobuf::Reflection;
+
+namespace
+{
+
+constexpr char REFLECTION_TAG[] = "gpb_reflection.cpp";
+constexpr uint32_t LINE_TOKEN_TOO_LONG = 165;
+constexpr uint32_t LINE_LAST_TOKEN_TOO_LONG = 170;
+
+// Room for the longest name that a token can give: the prefix, "X_" for a leading digit, and "X_" for each character.
+constexpr size_t VALUE_NAME_ROOM = GPB_NAME_SIZE + 2 + size_t{2} * (GPB_NAME_SIZE - 1) + 1;
+
+// One value of a list, as the document spells it.
+struct Token
+{
+    char text[GPB_NAME_SIZE] = {};
+};
+
+// Takes the next token, which ends at a single blank or at the end of the text; returns what is left.
+const char *TakeToken(const char *text, Token &token)
+{
+    const char *blank = YOS_StrStr(text, " ");
+    const char *end = blank == nullptr ? text + YOS_StrLen(text) : blank;
+    if (strncpy_s(token.text, sizeof(token.text), text, static_cast<size_t>(end - text)) != 0)
+    {
+        ZMP_Assert(REFLECTION_TAG, blank == nullptr ? LINE_LAST_TOKEN_TOO_LONG : LINE_TOKEN_TOO_LONG, 0);
+    }
+    return blank == nullptr ? end : blank + 1;
+}
+
+unsigned int StoreToken(const GpbCompilerStackLayer &layer, const Reflection *reflection, const FieldDescriptor *field,
+                        const EnumDescriptor *type, const Token &token)
+{
+    char name[VALUE_NAME_ROOM] = {};
+    if (GpbXmlCompilerBase_EnumYang2Proto(token.text, type->name().c_str(), name, GPB_NAME_SIZE) == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    const EnumValueDescriptor *value =
+        layer.pstDescriptor == nullptr ? nullptr : layer.pstDescriptor->FindEnumValueByName(name);
+    if (value == nullptr)
+    {
+        return GPB_COMPILER_NO_ENUM_VALUE;
+    }
+    // The name was searched among all enums of the message, so the value may be another enum's: only its number is safe
+    // to store.
+    if (field->is_repeated())
+    {
+        reflection->AddEnumValue(layer.pstMessage, field, value->number());
+    }
+    else
+    {
+        reflection->SetEnumValue(layer.pstMessage, field, value->number());
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *text)
+{
+    const Reflection *reflection = GpbReflectionOf(layer, field, FieldDescriptor::CPPTYPE_ENUM);
+    if (reflection == nullptr || field->enum_type() == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    while (*text != '\0')
+    {
+        Token token;
+        text = TakeToken(text, token);
+        const unsigned int result = StoreToken(layer, reflection, field, field->enum_type(), token);
+        if (result != GPB_COMPILER_OK)
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+} // namespace
+
+unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
+                                         const char *pcValue)
+{
+    if (pcValue == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return StoreTokens(stLayer, pstField, pcValue); });
+}

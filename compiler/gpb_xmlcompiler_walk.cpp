@@ -1,0 +1,172 @@
+// XML to GPB: the walk over the document, containers and list entries.
+#include <google/protobuf/descriptor.h>
+#include <google/protobuf/message.h>
+#include <libxml/tree.h>
+#include <utility>
+
+#include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_xml_node.h"
+#include "core/gpb_log.h"
+#include "descriptor/gpb_field_finder.h"
+#include "gpb_templatelib/gpb_compiler.h"
+
+namespace
+{
+
+constexpr uint32_t LINE_TOP_STACK_FULL = 268;
+constexpr uint32_t LINE_NO_CONTAINER_FIELD = 298;
+constexpr uint32_t LINE_CONTAINER_CASE_FAILED = 305;
+constexpr uint32_t LINE_LAYER_FAILED = 313;
+constexpr uint32_t LINE_STACK_FULL = 325;
+constexpr uint32_t LINE_PRESENCE_CASE_FAILED = 359;
+
+} // namespace
+
+unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stStack)
+{
+    for (xmlNode *node = pstNode; node != nullptr; node = node->next)
+    {
+        const bool isTop = stStack.uiLayerNum == 0;
+        unsigned int result = GPB_COMPILER_OK;
+        bool stops = ucStopOnError != 0;
+        switch (GpbClassifyXmlNode(node))
+        {
+        case GpbXmlNodeKind::IGNORED:
+            break;
+        case GpbXmlNodeKind::EMPTY:
+            result = ProcXmlEmptyLeafNode(node, stStack);
+            stops = true;
+            break;
+        case GpbXmlNodeKind::LEAF:
+            result = ProcXmlLeafNode(node, stStack);
+            break;
+        case GpbXmlNodeKind::CONTAINER:
+            result = ProcXmlContainerNode(node, stStack);
+            // Below the top a failing container is logged and passed over. The top is the whole document: what fails
+            // there has to reach the caller.
+            stops = stops || isTop;
+            break;
+        }
+        if (result != GPB_COMPILER_OK && stops)
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    if (layerNum == 0)
+    {
+        return ProcCompilerTopLayer(pstNode, stStack);
+    }
+    const char *name = GpbXmlNodeName(pstNode);
+    const GpbFieldFinder::Found found =
+        pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor, name, layerNum + 1);
+    if (found.field == nullptr)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_CONTAINER_FIELD, "Can't Find field [%s]", name);
+        return GPB_COMPILER_NO_FIELD;
+    }
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CONTAINER_CASE_FAILED,
+                    "Gpb compiler container choice case node [%s] fail.", name);
+            return result;
+        }
+    }
+    GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
+    GpbCompilerStackLayer layer;
+    unsigned int result = GenerateLayer(layer, &upper, found.field);
+    if (result != GPB_COMPILER_OK)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LAYER_FAILED, "Create layer failed [%s]", name);
+        return result;
+    }
+    {
+        const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
+        result = AddLayerToUpperLayer(upper, layer, found.field);
+    }
+    if (result != GPB_COMPILER_OK)
+    {
+        return result;
+    }
+    // The message is in its parent by now: a document that nests too deep leaves it there, empty.
+    if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
+                "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.", layer.strXPath.c_str(),
+                GPB_COMPILER_MAX_LAYERS);
+        return GPB_COMPILER_STACK_FULL;
+    }
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
+    result = IterXmlDoc(pstNode->children, stStack);
+    // Pops the layers of the case, too.
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
+
+unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
+{
+    GpbCompilerStackLayer layer;
+    const unsigned int result = InitCompilerTopLayer(pstRoot, layer);
+    if (result != GPB_COMPILER_OK)
+    {
+        return result;
+    }
+    if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
+    {
+        delete layer.pstMessage;
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TOP_STACK_FULL, "Fail to push upper layer [%s]",
+                layer.strXPath.c_str());
+        return GPB_COMPILER_STACK_FULL;
+    }
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const unsigned int walkResult = IterXmlDoc(pstRoot->children, stStack);
+    // The top layer stays on the stack: its message is the result.
+    stStack.uiLayerNum = layerNum;
+    return walkResult;
+}
+
+unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+{
+    if (stStack.uiLayerNum == 0)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    const char *name = GpbXmlNodeName(pstNode);
+    const GpbFieldFinder::Found found =
+        pstFieldFinder->FindNode(stStack.astLayer[stStack.uiLayerNum - 1].pstDescriptor, name, stStack.uiLayerNum + 1);
+    if (found.field == nullptr)
+    {
+        return GPB_COMPILER_NO_FIELD;
+    }
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PRESENCE_CASE_FAILED,
+                    "Gpb compiler presence container choice case node [%s] fail.", name);
+            return result;
+        }
+    }
+    // No layer is pushed, and those of the case deliberately stay: the enclosing container pops them at its end.
+    GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
+    GpbCompilerStackLayer layer;
+    const unsigned int result = GenerateLayer(layer, &upper, found.field);
+    if (result != GPB_COMPILER_OK)
+    {
+        return result;
+    }
+    const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
+    return AddLayerToUpperLayer(upper, layer, found.field);
+}

@@ -1,0 +1,128 @@
+// What every compiler owns, and the table of characters that enum value names cannot hold.
+#include <google/protobuf/compiler/importer.h>
+#include <google/protobuf/dynamic_message.h>
+#include <mutex>
+
+#include "descriptor/gpb_field_finder.h"
+#include "gpb_templatelib/gpb_compiler.h"
+#include "platform/safe_string.h"
+#include "platform/yos.h"
+#include "platform/zmp.h"
+
+namespace
+{
+
+constexpr char COMPILER_BASE_TAG[] = "gpb_xmlcompilerbase.cpp";
+constexpr uint32_t LINE_PREFIX_FAILED = 80;
+
+// Each of these becomes "X_" in an enum value name. The terminator is marked too: the conversion ends before it asks.
+constexpr char SPECIAL_CHARS[] = "!\"#\\$%&,-()*+/:<>=.?[]{}|^~`@'; ";
+static_assert(sizeof(SPECIAL_CHARS) == 33, "32 special characters and the terminator");
+
+void FillSpecialCharTable()
+{
+    for (const char c : SPECIAL_CHARS)
+    {
+        GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(c)] = 1;
+    }
+}
+
+std::once_flag g_specialCharTableFilled;
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+char ToUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+} // namespace
+
+unsigned char GpbXmlCompilerBase::aucSpecialCharTable[256] = {};
+
+GpbXmlCompilerBase::GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFile,
+                                       const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
+    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport),
+      pstFieldFinder(std::make_unique<GpbFieldFinder>())
+{
+    pstMsgFactory = new google::protobuf::DynamicMessageFactory(pstImporter->pool());
+    std::call_once(g_specialCharTableFilled, FillSpecialCharTable);
+}
+
+GpbXmlCompilerBase::~GpbXmlCompilerBase()
+{
+    // The factory owns the message's type, so it goes last.
+    delete pstMessage;
+    pstMessage = nullptr;
+    delete pstMsgFactory;
+}
+
+unsigned int GpbXmlCompilerBase::Encode(struct _xmlDoc * /*pstDoc*/)
+{
+    return 0;
+}
+
+unsigned int GpbXmlCompilerBase::EncodeJson(struct cJSON * /*pstRoot*/, struct cJSON * /*pstItem*/)
+{
+    return 0;
+}
+
+unsigned int GpbXmlCompilerBase::GetMdlAttr(const void * /*pvHandle*/, struct cJSON * /*pstRoot*/,
+                                            struct cJSON * /*pstItem*/, void * /*pvMdlAttr*/)
+{
+    return 0;
+}
+
+const char *GpbXmlCompilerBase::GetResult(unsigned int * /*puiLen*/)
+{
+    return nullptr;
+}
+
+const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const char *pcEnumTypeName, char *pcOut,
+                                              unsigned int uiOutSize)
+{
+    if (pcYangValue == nullptr || pcEnumTypeName == nullptr || pcOut == nullptr)
+    {
+        return nullptr;
+    }
+    const int prefix = snprintf_truncated_s(pcOut, uiOutSize, "%s_", pcEnumTypeName);
+    if (prefix < 0)
+    {
+        ZMP_Assert(COMPILER_BASE_TAG, LINE_PREFIX_FAILED, 0);
+        if (prefix == -1)
+        {
+            return nullptr;
+        }
+    }
+    char *out = pcOut + YOS_StrLen(pcOut);
+    const char *last = pcOut + uiOutSize - 1;
+    if (IsDigit(*pcYangValue))
+    {
+        *out++ = 'X';
+        *out++ = '_';
+    }
+    for (const char *in = pcYangValue; *in != '\0'; ++in)
+    {
+        if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(*in)] != 0)
+        {
+            *out++ = 'X';
+            *out++ = '_';
+            continue;
+        }
+        // Only here is the room respected; callers leave room for the two-character writes.
+        if (out >= last)
+        {
+            break;
+        }
+        *out++ = ToUpper(*in);
+        if (out == last)
+        {
+            break;
+        }
+    }
+    *out = '\0';
+    return pcOut;
+}

@@ -1,0 +1,269 @@
+// The registry of proto files: one record per file that was tried, in the order of loading.
+#include <google/protobuf/compiler/importer.h>
+#include <string>
+
+#include "core/gpb_barrier.h"
+#include "core/gpb_log.h"
+#include "core/gpb_memory.h"
+#include "core/gpb_template_tag.h"
+#include "gpb_templatelib/gpb_lib.h"
+#include "gpb_templatelib/gpb_template.h"
+#include "platform/vec.h"
+#include "platform/yos.h"
+#include "platform/zmp.h"
+
+namespace
+{
+
+constexpr uint32_t LINE_COPY_NAME_FAILED = 394;
+constexpr uint32_t LINE_ALLOC_RECORD = 443;
+constexpr uint32_t LINE_ZERO_RECORD = 448;
+constexpr uint32_t LINE_FREE_NOT_STORED = 458;
+constexpr uint32_t LINE_FREE_UNLOADED = 505;
+constexpr uint32_t LINE_FREE_ALL_RECORDS = 1500;
+constexpr uint32_t LINE_FREE_ALL_TEMPLATES = 1511;
+constexpr uint32_t LINE_ALLOC_ARRAY = 1541;
+constexpr uint32_t LINE_FREE_COPY_FAILED = 1552;
+
+GpbProtoFileInfo *RecordAt(const GpbLibContext *context, uint32_t index)
+{
+    return static_cast<GpbProtoFileInfo *>(context->pstProtoFileVec->ppvSlot[index]);
+}
+
+std::string ProtoFileName(const char *moduleName)
+{
+    return std::string(moduleName) + ".proto";
+}
+
+// A new record of a file that was not tried before; null without memory.
+GpbProtoFileInfo *NewRecord(GpbLibContext *context)
+{
+    auto *info = static_cast<GpbProtoFileInfo *>(
+        GpbMalloc(context->uiModuleId, sizeof(GpbProtoFileInfo), GPB_TEMPLATE_TAG, LINE_ALLOC_RECORD));
+    if (info == nullptr)
+    {
+        GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "failed to malloc memory for save protofile");
+        return nullptr;
+    }
+    GpbZero(info, sizeof(*info), GPB_TEMPLATE_TAG, LINE_ZERO_RECORD);
+    return info;
+}
+
+uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
+{
+    GpbProtoFileInfo *info = NewRecord(context);
+    if (info == nullptr)
+    {
+        return 1;
+    }
+    info->pstFileDesc =
+        GpbNoThrow<const GpbPbFileDescriptor *>(nullptr, [&] { return context->pstImporter->Import(fileName); });
+    uint8_t state = GPB_PROTO_LOADED;
+    if (info->pstFileDesc == nullptr)
+    {
+        GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "load protofile failed");
+        state = GPB_PROTO_LOAD_FAILED;
+    }
+    // A failure is stored too, so that the file is not read again and again.
+    if (GPBLIB_AddProtoFile_(context, info, fileName.c_str(), state) != 0)
+    {
+        ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_NOT_STORED);
+        return 1;
+    }
+    GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "GPBLIB_LoadProtoFile end ");
+    return state == GPB_PROTO_LOADED ? 0 : 1;
+}
+
+uint32_t LoadFile(GpbLibContext *context, const char *moduleName)
+{
+    if (GPBLIB_ProtoTreeInitial_(context) != 0)
+    {
+        return 1;
+    }
+    const std::string fileName = ProtoFileName(moduleName);
+    GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "protofile name = %s", fileName.c_str());
+    const GpbProtoFileInfo *known = GPBLIB_GetProtoFdByFileName(fileName.c_str(), context);
+    if (known != nullptr && known->ucLoadState == GPB_PROTO_LOADED)
+    {
+        GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "this protofile has been loaded");
+        return 0;
+    }
+    if (known != nullptr && known->ucLoadState == GPB_PROTO_LOAD_FAILED)
+    {
+        GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "this protofile has been load failed");
+        return 1;
+    }
+    return LoadNewFile(context, fileName);
+}
+
+// Frees the first record of a file name; without one nothing happens.
+void ForgetFile(GpbLibContext *context, const std::string &fileName)
+{
+    VecVector *files = context->pstProtoFileVec;
+    for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
+    {
+        GpbProtoFileInfo *info = RecordAt(context, i);
+        if (info != nullptr && YOS_StrCmp(info->acFileName, fileName.c_str()) == 0)
+        {
+            GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "find protofile %s, unload from vector", info->acFileName);
+            ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_UNLOADED);
+            files->ppvSlot[i] = nullptr;
+            VEC_VectorZipEmptySlot(files);
+            return;
+        }
+    }
+}
+
+void ReleaseRecords(GpbLibContext *context)
+{
+    VecVector *files = context->pstProtoFileVec;
+    for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
+    {
+        ZMP_Free_F(files->ppvSlot[i], GPB_TEMPLATE_TAG, LINE_FREE_ALL_RECORDS);
+        files->ppvSlot[i] = nullptr;
+    }
+    VEC_VectorZipEmptySlot(files);
+}
+
+void ReleaseTemplates(GpbLibContext *context)
+{
+    VecVector *templates = context->pstTemplateVec;
+    for (uint32_t i = 0; i < VEC_VectorCount(templates); ++i)
+    {
+        auto *info = static_cast<GpbTemplateInfo *>(templates->ppvSlot[i]);
+        if (info == nullptr)
+        {
+            continue;
+        }
+        GPBLIB_ObjTree_Delete(&info->pstObjTree);
+        ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_ALL_TEMPLATES);
+        templates->ppvSlot[i] = nullptr;
+    }
+    VEC_VectorZipEmptySlot(templates);
+}
+
+} // namespace
+
+uint32_t GPBLIB_ProtobufLoad(GpbLibContext *pstCtx, const char *pcModuleName, uint32_t uiArg)
+{
+    char directory[GPB_PATH_SIZE] = {};
+    // The directory only proves that the file exists: the importer finds it again by its own mappings.
+    if (GPBLIB_GetProtoAppPath(pstCtx, pcModuleName, directory) != 0 &&
+        GPBLIB_GetProtoFilePath(pstCtx, directory, pcModuleName) != 0)
+    {
+        return 1;
+    }
+    return GPBLIB_LoadProtoFile(pstCtx, pcModuleName, uiArg, directory);
+}
+
+uint32_t GPBLIB_LoadProtoFile(GpbLibContext *pstCtx, const char *pcModuleName, uint32_t /*uiArg*/,
+                              const char *pcDirectory)
+{
+    GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "GPBLIB_LoadProtoFile begin ");
+    if (pstCtx == nullptr || pcModuleName == nullptr || pcDirectory == nullptr)
+    {
+        return 1;
+    }
+    return GpbNoThrow(1U, [&] { return LoadFile(pstCtx, pcModuleName); });
+}
+
+uint32_t GPBLIB_AddProtoFile_(GpbLibContext *pstCtx, GpbProtoFileInfo *pstInfo, const char *pcFileName, uint8_t ucState)
+{
+    if (pstCtx == nullptr || pstInfo == nullptr || pcFileName == nullptr)
+    {
+        return 1;
+    }
+    if (strncpy_s(pstInfo->acFileName, GPB_PATH_SIZE, pcFileName, YOS_StrLen(pcFileName)) != 0)
+    {
+        ZMP_Assert(GPB_TEMPLATE_TAG, LINE_COPY_NAME_FAILED, 0);
+        // A name that does not fit is kept cut, so that the host's listing still shows which file it was.
+        (void)strncpy_s(pstInfo->acFileName, GPB_PATH_SIZE, pcFileName, GPB_PATH_SIZE - 1);
+    }
+    pstInfo->ucLoadState = ucState;
+    if (VEC_VectorSet(pstCtx->pstProtoFileVec, pstInfo) == VEC_INVALID_INDEX)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_ERROR, __LINE__, "failed to save protofile fd to local");
+        return 1;
+    }
+    return 0;
+}
+
+GpbProtoFileInfo *GPBLIB_GetProtoFdByFileName(const char *pcFileName, const GpbLibContext *pstCtx)
+{
+    if (pcFileName == nullptr || pstCtx == nullptr)
+    {
+        return nullptr;
+    }
+    for (uint32_t i = 0; i < VEC_VectorCount(pstCtx->pstProtoFileVec); ++i)
+    {
+        GpbProtoFileInfo *info = RecordAt(pstCtx, i);
+        if (info != nullptr && YOS_StrCmp(info->acFileName, pcFileName) == 0)
+        {
+            return info;
+        }
+    }
+    return nullptr;
+}
+
+void GPBLIB_UnloadProtoFile(GpbLibContext *pstCtx, const char *pcModuleName)
+{
+    if (pstCtx == nullptr)
+    {
+        return;
+    }
+    if (pcModuleName == nullptr)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_ERROR, __LINE__, "unload protofile err, param pcModuleName is null");
+        return;
+    }
+    GpbNoThrow([&] { ForgetFile(pstCtx, ProtoFileName(pcModuleName)); });
+}
+
+void GPBLIB_UnloadProtoFileAll(GpbLibContext *pstCtx, uint32_t /*uiArg*/)
+{
+    if (pstCtx == nullptr)
+    {
+        return;
+    }
+    ReleaseRecords(pstCtx);
+    ReleaseTemplates(pstCtx);
+    GPBLIB_ProtoTreeUninitial_(pstCtx);
+}
+
+uint32_t GPBLIB_GetAllProtoFileInfo(GpbLibContext *pstCtx, GpbProtoFileInfo **ppstInfo, uint32_t *puiCount)
+{
+    if (pstCtx == nullptr || ppstInfo == nullptr || puiCount == nullptr)
+    {
+        return 1;
+    }
+    if (pstCtx->pstProtoFileVec == nullptr)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "the vec protofile is empty");
+        return 1;
+    }
+    const uint32_t count = VEC_VectorCount(pstCtx->pstProtoFileVec);
+    *puiCount = count;
+    if (count == 0)
+    {
+        return 0;
+    }
+    auto *array = static_cast<GpbProtoFileInfo *>(
+        GpbMalloc(pstCtx->uiModuleId, count * sizeof(GpbProtoFileInfo), GPB_TEMPLATE_TAG, LINE_ALLOC_ARRAY));
+    *ppstInfo = array;
+    if (array == nullptr)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "failed to malloc memory for get protofile info");
+        return 1;
+    }
+    for (uint32_t i = 0; i < count; ++i)
+    {
+        // Byte for byte: the host sees the record's padding, which is zero since records are zeroed when made.
+        if (memcpy_s(&array[i], sizeof(GpbProtoFileInfo), RecordAt(pstCtx, i), sizeof(GpbProtoFileInfo)) != 0)
+        {
+            ZMP_Free_F(array, GPB_TEMPLATE_TAG, LINE_FREE_COPY_FAILED);
+            *ppstInfo = nullptr;
+            return 1;
+        }
+    }
+    return 0;
+}

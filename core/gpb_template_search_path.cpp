@@ -1,0 +1,204 @@
+// Where proto files are looked for below the system work path, and the protobuf source tree over all places.
+#include <google/protobuf/compiler/importer.h>
+
+#include "core/gpb_barrier.h"
+#include "core/gpb_log.h"
+#include "core/gpb_template_pkg_path.h"
+#include "core/gpb_template_tag.h"
+#include "gpb_templatelib/gpb_lib.h"
+#include "platform/safe_string.h"
+#include "platform/yos.h"
+#include "platform/zmp.h"
+
+namespace
+{
+
+constexpr uint32_t LINE_FIND_APPEND_PATCH = 262;
+constexpr uint32_t LINE_FIND_PATCH_CANDIDATE = 265;
+constexpr uint32_t LINE_FIND_APPEND_FIXED = 272;
+constexpr uint32_t LINE_FIND_FIXED_CANDIDATE = 275;
+constexpr uint32_t LINE_FIND_COPY_OUT = 284;
+constexpr uint32_t LINE_MAP_APPEND_PATCH = 334;
+constexpr uint32_t LINE_MAP_APPEND_FIXED = 340;
+constexpr uint32_t LINE_PATCH_DIR_TOO_LONG = 1578;
+
+// The fixed place of proto files, below the work path; copied with its terminator.
+constexpr char FIXED_DIR[] = "reslink/protobuf";
+
+// One byte more than the platform may fill, so that the text is terminated whatever the platform does.
+struct DirectoryBuffer
+{
+    char text[GPB_PATH_SIZE + 1] = {};
+};
+
+void AssertIf(bool failed, uint32_t line)
+{
+    if (failed)
+    {
+        ZMP_Assert(GPB_TEMPLATE_TAG, line, 0);
+    }
+}
+
+void AppendFixedDir(DirectoryBuffer &directory, uint32_t workLength, uint32_t line)
+{
+    AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, FIXED_DIR, sizeof(FIXED_DIR)) != 0,
+             line);
+}
+
+const char *LastComponent(const char *path)
+{
+    const char *slash = YOS_StrRChr(path, '/');
+    return slash == nullptr ? path : slash + 1;
+}
+
+} // namespace
+
+uint32_t GPBLIB_SetPatchDir(GpbLibContext *pstCtx, const char *pcDir)
+{
+    char *buffer = GPBLIB_GetPatchDir(pstCtx);
+    if (buffer == nullptr)
+    {
+        return 0;
+    }
+    if (pcDir == nullptr)
+    {
+        return static_cast<uint32_t>(memset_s(buffer, GPB_PATH_SIZE, 0, GPB_PATH_SIZE));
+    }
+    if (strcpy_s(buffer, GPB_PATH_SIZE, pcDir) != 0)
+    {
+        return ZMP_Assert(GPB_TEMPLATE_TAG, LINE_PATCH_DIR_TOO_LONG, 0);
+    }
+    return 0;
+}
+
+char *GPBLIB_GetPatchDir(GpbLibContext *pstCtx)
+{
+    return pstCtx == nullptr ? nullptr : pstCtx->pcPatchDir;
+}
+
+uint32_t GPBLIB_GetProtoFilePath(GpbLibContext *pstCtx, char *pcOut, const char *pcModuleName)
+{
+    if (pstCtx == nullptr || pcOut == nullptr || pcModuleName == nullptr)
+    {
+        return 1;
+    }
+    DirectoryBuffer directory;
+    char candidate[GPB_PATH_SIZE] = {};
+    if (ZMP_GetSysWorkPath(directory.text, GPB_PATH_SIZE) != 0)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "Get current work path fail!");
+        return 1;
+    }
+    const uint32_t workLength = YOS_StrLen(directory.text);
+    if (workLength > GPB_PATH_SIZE - 1)
+    {
+        GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "Work path tool long (%u)!", workLength);
+        return 1;
+    }
+    const char *patchDir = pstCtx->pcPatchDir;
+    if (patchDir != nullptr && patchDir[0] != '\0')
+    {
+        // A count below the room cuts a long patch directory; the source tree's mapping of the same directory does not.
+        AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, patchDir,
+                           GPB_PATH_SIZE - 1 - workLength) != 0,
+                 LINE_FIND_APPEND_PATCH);
+        AssertIf(snprintf_truncated_s(candidate, sizeof(candidate), "%s%s.proto", directory.text, pcModuleName) < 0,
+                 LINE_FIND_PATCH_CANDIDATE);
+    }
+    if (YOS_VFS_IsFileExist(candidate) != 1)
+    {
+        AppendFixedDir(directory, workLength, LINE_FIND_APPEND_FIXED);
+        AssertIf(snprintf_truncated_s(candidate, sizeof(candidate), "%s/%s.proto", directory.text, pcModuleName) < 0,
+                 LINE_FIND_FIXED_CANDIDATE);
+        if (YOS_VFS_IsFileExist(candidate) != 1)
+        {
+            GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "File (%s) not exists!", LastComponent(candidate));
+            return 1;
+        }
+    }
+    AssertIf(memcpy_s(pcOut, GPB_PATH_SIZE, directory.text, GPB_PATH_SIZE) != 0, LINE_FIND_COPY_OUT);
+    return 0;
+}
+
+uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
+{
+    return GpbNoThrow(1U,
+                      [&]
+                      {
+                          if (pstCtx->pstSourceTree == nullptr)
+                          {
+                              pstCtx->pstSourceTree = new google::protobuf::compiler::DiskSourceTree;
+                              GPBLIB_AddDiskTreeMapPath(pstCtx);
+                          }
+                          if (pstCtx->pstImporter == nullptr)
+                          {
+                              pstCtx->pstImporter =
+                                  new google::protobuf::compiler::Importer(pstCtx->pstSourceTree, nullptr);
+                          }
+                          return 0U;
+                      });
+}
+
+void GPBLIB_AddDiskTreeMapPath(GpbLibContext *pstCtx)
+{
+    if (pstCtx == nullptr || pstCtx->pstSourceTree == nullptr)
+    {
+        return;
+    }
+    GPBLIB_AddAppPathToDiskTree(pstCtx);
+    DirectoryBuffer directory;
+    if (ZMP_GetSysWorkPath(directory.text, GPB_PATH_SIZE) != 0)
+    {
+        return;
+    }
+    const uint32_t workLength = YOS_StrLen(directory.text);
+    GpbNoThrow(
+        [&]
+        {
+            const char *patchDir = pstCtx->pcPatchDir;
+            if (patchDir != nullptr && patchDir[0] != '\0')
+            {
+                AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, patchDir,
+                                   YOS_StrLen(patchDir)) != 0,
+                         LINE_MAP_APPEND_PATCH);
+                pstCtx->pstSourceTree->MapPath("", directory.text);
+            }
+            AppendFixedDir(directory, workLength, LINE_MAP_APPEND_FIXED);
+            pstCtx->pstSourceTree->MapPath("", directory.text);
+        });
+}
+
+void GPBLIB_AddAppPathToDiskTree(GpbLibContext *pstCtx)
+{
+    if (pstCtx == nullptr || pstCtx->pstSourceTree == nullptr)
+    {
+        return;
+    }
+    GpbNoThrow(
+        [&]
+        {
+            for (const GpbPkgPathNode *node = GpbFirstPkgPath(pstCtx); node != nullptr && node->pcPath != nullptr;
+                 node = GpbNextPkgPath(pstCtx, node))
+            {
+                pstCtx->pstSourceTree->MapPath("", node->pcPath);
+            }
+        });
+}
+
+void GPBLIB_ProtoTreeUninitial_(GpbLibContext *pstCtx)
+{
+    if (pstCtx == nullptr)
+    {
+        return;
+    }
+    // The importer reads through the tree, so it goes first.
+    delete pstCtx->pstImporter;
+    pstCtx->pstImporter = nullptr;
+    delete pstCtx->pstSourceTree;
+    pstCtx->pstSourceTree = nullptr;
+}
+
+GpbPbImporter *GPBLIB_GetImporter(const GpbLibContext *pstCtx)
+{
+    return pstCtx == nullptr ? nullptr : pstCtx->pstImporter;
+}
