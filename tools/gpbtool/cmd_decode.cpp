@@ -1,10 +1,7 @@
 /** gpbtool decode: encoded messages made readable. */
 #include <CLI/CLI.hpp>
 
-#include <fstream>
-#include <iostream>
-#include <iterator>
-
+#include "input_file.h"
 #include "message_view.h"
 #include "output_file.h"
 #include "session.h"
@@ -17,22 +14,6 @@ namespace
 {
 
 namespace pb = google::protobuf;
-
-std::string ReadInput(const std::string &path)
-{
-    if (path == "-")
-    {
-        return std::string(std::istreambuf_iterator<char>(std::cin), {});
-    }
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    // Opening a directory succeeds, reading it does not; an empty file is an empty message.
-    if (!file.is_open() || file.bad())
-    {
-        throw ToolError(ExitCode::Input, path + ": cannot be read", "give a file that can be read");
-    }
-    return bytes;
-}
 
 std::string TopMessages(const pb::FileDescriptor &file)
 {
@@ -95,7 +76,7 @@ public:
         search_.Complete();
         Session session(console, search_);
         const pb::Descriptor &type = ChooseMessage(session.Load(module_), message_);
-        const MessageView view(type, ReadInput(input_), input_);
+        const MessageView view(type, InputFile(input_).ReadAll(), input_);
         const std::string missing = view.MissingFields();
         if (!missing.empty())
         {

@@ -110,7 +110,14 @@ private:
         if (caseField != nullptr)
         {
             const pb::FieldDescriptor *ancestors[GPB_MAX_ANCESTOR_NUM] = {};
-            level.layers += GPB_GetDescriptorAncestors(caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
+            const std::uint32_t count =
+                GPB_GetDescriptorAncestors(caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
+            if (count == 0)
+            {
+                Report(node, Tag(node) + ": its case cannot be reached from message " + level.type->full_name());
+                return nullptr;
+            }
+            level.layers += count;
             level.type = caseField->message_type();
         }
         return field;

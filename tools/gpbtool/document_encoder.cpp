@@ -40,7 +40,7 @@ std::string Messages(const pb::FileDescriptor &file)
 }
 
 ToolError EncodeError(unsigned int code, const EncodeRequest &request, const xmlDoc &doc,
-                      const pb::FileDescriptor &file, const Diagnostics &log)
+                      const pb::FileDescriptor &file)
 {
     const std::string root = RootName(doc);
     const std::string suffix = " (code " + std::to_string(code) + ")";
@@ -58,8 +58,8 @@ ToolError EncodeError(unsigned int code, const EncodeRequest &request, const xml
                              std::to_string(GPB_NAME_SIZE - 1) + " characters" + suffix,
                          "no module has such a container; is it the right document?");
     }
-    return ToolError(ExitCode::Encode, request.document + ": not encoded: " + log.LastFailure() + suffix,
-                     "run with -v to see what the library skipped before");
+    return ToolError(ExitCode::Encode, request.document + ": not encoded" + suffix,
+                     "the library's messages above say why; -v shows what it skipped before");
 }
 
 ToolError NoResultError(const EncodeRequest &request, const xmlDoc &doc, const Diagnostics &log)
@@ -123,7 +123,7 @@ EncodedDocument EncodeDocument(Session &session, Console &console, const EncodeR
     const char *bytes = GpbXmlCompiler_Encode(compiler.get(), doc.get(), &length, &code);
     if (code != GPB_COMPILER_OK)
     {
-        throw EncodeError(code, request, *doc, file, session.Log());
+        throw EncodeError(code, request, *doc, file);
     }
     if (bytes == nullptr)
     {

@@ -55,8 +55,9 @@ ExitCode Main(int argc, char **argv, Console &console)
 
 int main(int argc, char **argv)
 {
-    // A reader that goes away is an output error with a message, not a silent end.
+    // A reader that goes away and a file that may not grow are output errors with a message, not a silent end.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     Console console;
     ExitCode code = ExitCode::Internal;
     try

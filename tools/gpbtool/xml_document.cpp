@@ -1,15 +1,10 @@
 #include "xml_document.h"
 
-#include <fcntl.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-
+#include "input_file.h"
 #include "tool_error.h"
 
 namespace gpbtool
@@ -21,31 +16,6 @@ namespace
 // Blank text stays: a presence container is told from an empty leaf by the line break that it holds. Without
 // XML_PARSE_HUGE libxml2 keeps its limits on depth, text size and entity expansion.
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_BIG_LINES;
-
-constexpr const char *kStdin = "-";
-
-class Descriptor
-{
-public:
-    explicit Descriptor(const std::string &path)
-        : fd_(path == kStdin ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)), owned_(path != kStdin)
-    {
-    }
-    ~Descriptor()
-    {
-        if (owned_ && fd_ >= 0)
-        {
-            close(fd_);
-        }
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int Get() const { return fd_; }
-
-private:
-    int fd_;
-    bool owned_;
-};
 
 /** What one parse reported. */
 struct ParseLog
@@ -116,17 +86,7 @@ void PrepareXmlParser()
 
 XmlDocument ReadXmlDocument(const std::string &path)
 {
-    const Descriptor input(path);
-    if (input.Get() < 0)
-    {
-        throw ToolError(ExitCode::Input, path + ": " + std::strerror(errno), "give a file that can be read");
-    }
-    struct stat status = {};
-    if (fstat(input.Get(), &status) == 0 && S_ISDIR(status.st_mode))
-    {
-        throw ToolError(ExitCode::Input, path + ": is a directory", "give the XML documents in it by name");
-    }
-
+    const InputFile input(path);
     const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(xmlNewParserCtxt());
     if (parser == nullptr)
     {
@@ -134,7 +94,7 @@ XmlDocument ReadXmlDocument(const std::string &path)
     }
     ParseLog log;
     xmlSetStructuredErrorFunc(&log, &RememberFirstError);
-    XmlDocument doc(xmlCtxtReadFd(parser.get(), input.Get(), path.c_str(), nullptr, kParseOptions));
+    XmlDocument doc(xmlCtxtReadFd(parser.get(), input.Descriptor(), path.c_str(), nullptr, kParseOptions));
     xmlSetStructuredErrorFunc(nullptr, nullptr);
 
     const xmlDoc *seen = doc != nullptr ? doc.get() : parser->myDoc;
