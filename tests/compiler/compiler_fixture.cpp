@@ -93,6 +93,33 @@ void CompilerFixture::expectEncodes(const std::string &xml, const std::string &t
     EXPECT_EQ(joinLines(lines), log().take());
 }
 
+void CompilerFixture::expectFails(const std::string &xml, unsigned int code, const std::vector<std::string> &lines,
+                                  int options)
+{
+    SCOPED_TRACE(xml.substr(0, kLogText));
+    log().clear();
+    const Encoded result = encode(xml, options);
+    EXPECT_EQ(code, result.error);
+    EXPECT_TRUE(result.isNull);
+    std::vector<std::string> expected = lines;
+    expected.push_back("0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return " + std::to_string(code) + ".");
+    expected.push_back("0: [N7gpbtest12OpenCompilerE]Fail to encode, error code is " + std::to_string(code) + ".");
+    EXPECT_EQ(joinLines(expected), log().take());
+}
+
+void CompilerFixture::expectNothing(const std::string &xml, const std::vector<std::string> &lines)
+{
+    SCOPED_TRACE(xml.substr(0, kLogText));
+    log().clear();
+    const Encoded result = encode(xml);
+    EXPECT_EQ(0u, result.error);
+    EXPECT_TRUE(result.isNull);
+    std::vector<std::string> expected = lines;
+    expected.emplace_back("2: [GpbXmlCompiler][Encode]Fail to encode.");
+    expected.emplace_back("0: [GpbXmlCompiler][GetGpbBuffer]top message is null.");
+    EXPECT_EQ(joinLines(expected), log().take());
+}
+
 const pb::Descriptor *CompilerFixture::type(const std::string &fullName) const
 {
     const pb::Descriptor *const found = GPBLIB_GetImporter(context())->pool()->FindMessageTypeByName(fullName);

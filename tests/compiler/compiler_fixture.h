@@ -85,6 +85,12 @@ protected:
     void expectEncodes(const std::string &xml, const std::string &type, const std::string &textForm,
                        const std::vector<std::string> &skipLines = {}, int options = 0);
 
+    /** Encodes a document and expects this code, and (level, text) lines before the two that report a failing walk. */
+    void expectFails(const std::string &xml, unsigned int code, const std::vector<std::string> &lines, int options = 0);
+
+    /** Encodes a document that gives no message and no error: these lines, and the two that say so. */
+    void expectNothing(const std::string &xml, const std::vector<std::string> &lines);
+
     const google::protobuf::Descriptor *type(const std::string &fullName) const;
 
     /** An empty message of a module's type; owned by the fixture, lives to the end of the test. */
