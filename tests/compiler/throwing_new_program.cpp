@@ -1,6 +1,7 @@
 /**
  * What becomes of memory that cannot be had: a program of its own, since it replaces the process's operator new.
  *
+ * The module is loaded before: the parser of proto files allocates in destructors, where no one can catch a failure.
  * Nobody listens to the context and nothing observes the platform: the recorders of the tests allocate themselves.
  */
 #include <cstdlib>
@@ -185,6 +186,42 @@ TEST_F(ThrowingNewTest, EncodeGivesNullOrTheWholeMessage)
         }
     }
     EXPECT_GT(failures, 20u);
+}
+
+// With memory again the compiler either encodes, or says that it cannot any more: types may have been made half.
+TEST_F(ThrowingNewTest, EncodeAfterAFailureIsWholeOrRefused)
+{
+    const gpbtest::XmlDocument document(kDocument);
+    uint64_t refused = 0;
+    uint64_t count = 0;
+    uint64_t failing = 0;
+    do
+    {
+        ++failing;
+        SCOPED_TRACE("allocation " + std::to_string(failing));
+        GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, "choice");
+        ASSERT_NE(nullptr, compiler);
+        unsigned int length = 7;
+        unsigned int error = 8;
+        {
+            const Arm arm(failing);
+            GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+            count = g_count;
+        }
+        const char *const bytes = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+        EXPECT_EQ(error == 0, bytes != nullptr);
+        if (bytes != nullptr)
+        {
+            EXPECT_TRUE(m_judge.holds("choice.Top", std::string(bytes, length), kExpected));
+        }
+        else
+        {
+            EXPECT_EQ(5u, error);
+            ++refused;
+        }
+        GpbXmlCompiler_Destory(compiler);
+    } while (count >= failing);
+    EXPECT_GT(refused, 20u);
 }
 
 TEST_F(ThrowingNewTest, TranslatorsGiveOne)
