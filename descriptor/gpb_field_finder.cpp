@@ -3,7 +3,6 @@
 #include "descriptor/gpb_field_search.h"
 
 using google::protobuf::Descriptor;
-using google::protobuf::FieldDescriptor;
 
 namespace
 {
