@@ -73,7 +73,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindLeaf(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindLeaf(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
@@ -111,7 +111,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindNode(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindNode(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_EMPTY_LEAF_FIELD,

@@ -64,7 +64,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
         return ProcCompilerTopLayer(pstNode, stStack);
     }
     const char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
@@ -144,7 +144,7 @@ unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbC
         return GPB_COMPILER_ERR;
     }
     const char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[stStack.uiLayerNum - 1].pstDescriptor, name, stStack.uiLayerNum + 1);
     if (found.field == nullptr)
     {

@@ -159,6 +159,7 @@ TEST_F(CreateTest, NullArgumentGivesNull)
     EXPECT_EQ(nullptr, GpbXmlCompiler_CreateCompiler(nullptr, "m"));
     EXPECT_LOG(log(), );
     EXPECT_EQ(nullptr, GpbXmlCompiler_CreateCompiler(context(), nullptr));
+    EXPECT_LOG(log(), "0: [GpbXmlCompiler]Fail to load proto file .");
 }
 
 TEST_F(CreateTest, NullOutArgumentTouchesNothing)
