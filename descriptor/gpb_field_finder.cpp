@@ -52,7 +52,7 @@ GpbFieldFinder::Found GpbFieldFinder::FindLeaf(const Descriptor *message, const 
                       [&]
                       {
                           Found found;
-                          found.field = GpbSearchLeaf(message, GpbFieldName(nodeName), static_cast<int32_t>(layer),
+                          found.field = GpbSearchLeaf(message, nodeName, static_cast<int32_t>(layer),
                                                       SearchIndexed(answers.cases, found));
                           return found;
                       });

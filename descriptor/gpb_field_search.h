@@ -36,15 +36,16 @@ const google::protobuf::FieldDescriptor *GpbSearchNode(const google::protobuf::D
     return field == nullptr ? searchCases(name.text) : field;
 }
 
-/// The field of a leaf. When the name is a container's, the leaf of that name, if there is one, lies in a case.
+/// The field of a leaf. When the name is a container's, the leaf of that name, if there is one, lies in a case; that
+/// second search spells the name anew and so stands or fails by itself.
 template <typename CaseSearch>
 const google::protobuf::FieldDescriptor *GpbSearchLeaf(const google::protobuf::Descriptor *message,
-                                                       const GpbFieldName &name, int32_t layer,
+                                                       const char *nodeName, int32_t layer,
                                                        const CaseSearch &searchCases)
 {
-    const google::protobuf::FieldDescriptor *field = GpbSearchNode(message, name, layer, searchCases);
+    const google::protobuf::FieldDescriptor *field = GpbSearchNode(message, GpbFieldName(nodeName), layer, searchCases);
     const bool isContainer = field != nullptr && field->type() == google::protobuf::FieldDescriptor::TYPE_MESSAGE;
-    return isContainer ? searchCases(name.text) : field;
+    return isContainer ? searchCases(GpbFieldName(nodeName).text) : field;
 }
 
 #endif

@@ -28,7 +28,7 @@ const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, co
     {
         return nullptr;
     }
-    return GpbSearchLeaf(pstMessage, GpbFieldName(pcNodeName), iLayer,
+    return GpbSearchLeaf(pstMessage, pcNodeName, iLayer,
                          [&](const char *name)
                          { return GPB_GetFieldDescByOneof(name, pstMessage, iLayer, ppstCaseField); });
 }
