@@ -12,9 +12,8 @@ GpbFoundField GpbFieldFinder::FindNode(const Descriptor *message, const char *no
     }
     Answers &answers = AnswersOf(message, layer);
     const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
-    return Remembered(
-        answers.nodes, answers, nodeName,
-        [&] { return GpbSearchNode(message, GpbFieldName(nodeName), static_cast<int32_t>(layer), searchCases); });
+    return Remembered(answers.nodes, answers, nodeName,
+                      [&] { return GpbSearchNode(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
 GpbFoundField GpbFieldFinder::FindLeaf(const Descriptor *message, const char *nodeName, uint32_t layer)
@@ -25,9 +24,8 @@ GpbFoundField GpbFieldFinder::FindLeaf(const Descriptor *message, const char *no
     }
     Answers &answers = AnswersOf(message, layer);
     const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
-    return Remembered(
-        answers.leaves, answers, nodeName,
-        [&] { return GpbSearchLeaf(message, GpbFieldName(nodeName), static_cast<int32_t>(layer), searchCases); });
+    return Remembered(answers.leaves, answers, nodeName,
+                      [&] { return GpbSearchLeaf(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
 GpbFieldFinder::Answers &GpbFieldFinder::AnswersOf(const Descriptor *message, uint32_t layer)

@@ -33,9 +33,10 @@ GpbFoundField GpbSearchCases(const google::protobuf::Descriptor *message, const 
 
 /// The field of a node: by its name, by its name with the layer number, then by `searchCases(name)`.
 template <typename CaseSearch>
-GpbFoundField GpbSearchNode(const google::protobuf::Descriptor *message, const GpbFieldName &name, int32_t layer,
+GpbFoundField GpbSearchNode(const google::protobuf::Descriptor *message, const char *nodeName, int32_t layer,
                             const CaseSearch &searchCases)
 {
+    const GpbFieldName name(nodeName);
     const google::protobuf::FieldDescriptor *field = message->FindFieldByLowercaseName(name.text);
     if (field == nullptr)
     {
@@ -44,15 +45,16 @@ GpbFoundField GpbSearchNode(const google::protobuf::Descriptor *message, const G
     return field == nullptr ? searchCases(name.text) : GpbFoundField{field, nullptr};
 }
 
-/// The field of a leaf. When the name is a container's, the leaf of that name, if there is one, lies in a case.
+/// The field of a leaf. When the name is a container's, the leaf of that name, if there is one, lies in a case; the
+/// name is converted anew for that search, and a conversion that fails then finds nothing.
 template <typename CaseSearch>
-GpbFoundField GpbSearchLeaf(const google::protobuf::Descriptor *message, const GpbFieldName &name, int32_t layer,
+GpbFoundField GpbSearchLeaf(const google::protobuf::Descriptor *message, const char *nodeName, int32_t layer,
                             const CaseSearch &searchCases)
 {
-    const GpbFoundField found = GpbSearchNode(message, name, layer, searchCases);
+    const GpbFoundField found = GpbSearchNode(message, nodeName, layer, searchCases);
     const bool isContainer =
         found.field != nullptr && found.field->type() == google::protobuf::FieldDescriptor::TYPE_MESSAGE;
-    return isContainer ? searchCases(name.text) : found;
+    return isContainer ? searchCases(GpbFieldName(nodeName).text) : found;
 }
 
 #endif

@@ -33,8 +33,7 @@ const FieldDescriptor *GPB_FindFieldDescByNodeName(const Descriptor *pstMessage,
         return nullptr;
     }
     const auto searchCases = [&](const char *name) { return GpbSearchCases(pstMessage, name, iLayer); };
-    return Answer(ppstCaseField,
-                  [&] { return GpbSearchNode(pstMessage, GpbFieldName(pcNodeName), iLayer, searchCases); });
+    return Answer(ppstCaseField, [&] { return GpbSearchNode(pstMessage, pcNodeName, iLayer, searchCases); });
 }
 
 const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, const Descriptor *pstMessage,
@@ -45,8 +44,7 @@ const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, co
         return nullptr;
     }
     const auto searchCases = [&](const char *name) { return GpbSearchCases(pstMessage, name, iLayer); };
-    return Answer(ppstCaseField,
-                  [&] { return GpbSearchLeaf(pstMessage, GpbFieldName(pcNodeName), iLayer, searchCases); });
+    return Answer(ppstCaseField, [&] { return GpbSearchLeaf(pstMessage, pcNodeName, iLayer, searchCases); });
 }
 
 const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessage, const char *pcName, int32_t iLayer)
