@@ -56,7 +56,7 @@ typedef struct GpbXmlCompilerBase GpbXmlCompilerBase;
     /**
      * Creates an XML to JSON compiler; see GpbXmlCompiler_CreateCompiler.
      *
-     * @param ucFlag  1: 64-bit integers become JSON numbers, which keeps 53 bits of them; else JSON strings
+     * @param ucFlag  1: 64-bit integers become JSON numbers, of which 15 digits are kept for sure; else JSON strings
      */
     GPB_API GpbXmlCompilerBase *GpbXmlCompiler_CreateJsonCompiler(void *pvLibHandle, const char *pcModuleName,
                                                                   unsigned char ucFlag);
