@@ -106,6 +106,45 @@ TEST_F(JsonTwinTest, DifferForEnumValuesThatDoNotConvert)
            R"("states":["up",null],"level":1)", "");
 }
 
+TEST_F(JsonTwinTest, TheExampleOfTheDocumentsPage)
+{
+    addModule("garden", R"(syntax = "proto3";
+        package garden;
+        message Garden {
+          string owner_name = 1;
+          bool open = 2;
+          repeated string tags = 3;
+          message Bed {
+            string name = 1;
+            uint64 visits = 2;
+            enum State { State_DRY = 0; State_WET = 1; State_X_2ND = 2; }
+            State state = 3;
+            repeated State history = 4;
+            message CaseRoses { int32 thorns = 1; }
+            message CaseHerbs { string smell = 1; }
+            oneof plants { CaseRoses roses = 5; CaseHerbs herbs = 6; }
+          }
+          repeated Bed bed = 4;
+          message Pond { int32 depth = 1; }
+          Pond pond = 5;
+        })");
+    const char *message = "owner_name:'Ann' open:true tags:'old' bed{name:'south' visits:9007199254740993 "
+                          "state:State_X_2ND history:State_DRY history:State_WET roses{thorns:7}} pond{depth:2}";
+    const XmlDocument document("<garden><owner-name>Ann</owner-name><open/><tags>old</tags><bed><name>south</name>"
+                               "<visits>9007199254740993</visits><state>2nd</state><history>dry</history>"
+                               "<history>wet</history><thorns>7</thorns></bed><pond><depth>2</depth></pond></garden>");
+    const auto xmlToGpb = open<GpbXmlCompiler>("garden");
+    EXPECT_TRUE(judge().holds("garden.Garden", takeResult(*xmlToGpb, xmlToGpb->Encode(document.get())).bytes, message));
+    log().clear();
+    const std::string bed = R"([{"name":"south","visits":"9007199254740993","state":"2nd","history":["dry","wet"],)"
+                            R"("thorns":7}],"pond":{"depth":2}}})";
+    expectEncodes("garden", R"({"garden":{"owner-name":"Ann","open":null,"tags":"old","bed":)" + bed, "garden.Garden",
+                  message);
+    const auto xmlToJson = open<OpenXmlToJsonCompiler>("garden", static_cast<unsigned char>(0));
+    EXPECT_EQ(R"({"garden":{"owner-name":"Ann","open":true,"tags":["old"],"bed":)" + bed,
+              takeResult(*xmlToJson, xmlToJson->Encode(document.get())).bytes);
+}
+
 TEST_F(JsonTwinTest, AnXmlDocumentTurnedIntoJsonEncodesTheSame)
 {
     const XmlDocument document(
