@@ -10,8 +10,8 @@
 ///
 /// Reflection's MutableMessage switches a oneof before it allocates: without memory the parent would be left with a
 /// case whose message is a stale pointer. Here the message is made first.
-inline google::protobuf::Message *GpbOpenSubMessage(google::protobuf::Message *parent,
-                                                    const google::protobuf::FieldDescriptor *field)
+inline google::protobuf::Message *GpbMutableSubMessage(google::protobuf::Message *parent,
+                                                       const google::protobuf::FieldDescriptor *field)
 {
     const google::protobuf::Reflection *reflection = parent->GetReflection();
     if (field->real_containing_oneof() == nullptr || reflection->HasField(*parent, field))

@@ -55,7 +55,7 @@ Message *OpenMessage(GpbCompilerStack &stack, Message *parent, const FieldDescri
         return nullptr;
     }
     const GpbCaseSwitch caseSwitch(stack, parent, entry);
-    return GpbOpenSubMessage(parent, entry);
+    return GpbMutableSubMessage(parent, entry);
 }
 
 // Takes the slot above the top as it was left, message and path included, if it is of the right type. Its message may

@@ -8,8 +8,6 @@ namespace gpbbench
 namespace
 {
 
-constexpr size_t CONFIG_LEAVES = 11;
-constexpr size_t PROFILE_LEAVES = 4;
 constexpr size_t PROFILES = 2;
 constexpr size_t CASE_LEAVES = 4;
 
@@ -44,11 +42,11 @@ void DeclareSubscription(ProtoText &proto)
 {
     proto.OpenMessage("Subscription");
     proto.OpenMessage("Config");
-    DeclareLeaves(proto, CONFIG_LEAVES);
+    DeclareLeaves(proto, TELEMETRY_CONFIG_LEAVES);
     proto.CloseMessage();
     proto.OpenMessage("SensorProfiles");
     proto.OpenMessage("SensorProfile");
-    DeclareLeaves(proto, PROFILE_LEAVES);
+    DeclareLeaves(proto, TELEMETRY_PROFILE_LEAVES);
     proto.CloseMessage();
     proto.MessageField("sensor-profile", "SensorProfile", 1, true);
     proto.CloseMessage();
@@ -63,13 +61,13 @@ void WriteSubscription(XmlText &xml, size_t seed)
     xml.Open("subscription");
     xml.Leaf("subscription-name", LeafKind::STRING, seed);
     xml.Open("config");
-    WriteLeaves(xml, CONFIG_LEAVES, seed);
+    WriteLeaves(xml, TELEMETRY_CONFIG_LEAVES, seed);
     xml.Close("config");
     xml.Open("sensor-profiles");
     for (size_t i = 0; i < PROFILES; ++i)
     {
         xml.Open("sensor-profile");
-        WriteLeaves(xml, PROFILE_LEAVES, seed + i);
+        WriteLeaves(xml, TELEMETRY_PROFILE_LEAVES, seed + i);
         xml.Close("sensor-profile");
     }
     xml.Close("sensor-profiles");

@@ -18,6 +18,10 @@ struct Workload
     size_t leaves = 0;
 };
 
+/// Leaves of a subscription's configuration, and of each of its profiles.
+constexpr size_t TELEMETRY_CONFIG_LEAVES = 11;
+constexpr size_t TELEMETRY_PROFILE_LEAVES = 4;
+
 /// Subscriptions in a list, each with containers and an inner list: 20 leaves an entry.
 Workload MakeTelemetryWorkload(size_t leaves);
 

@@ -22,6 +22,8 @@
 
 /* ---- compilers ---- */
 
+#define GPB_JSON_NUMBER_SIZE 64U     /**< a JSON number as the translators read it */
+#define GPB_JSON_MAX_DEPTH 1000U     /**< containers in each other that XML to JSON makes; JSON parsers end there */
 #define GPB_COMPILER_STACK_DEPTH 32U /**< slots of a layer stack */
 #define GPB_COMPILER_MAX_LAYERS 31U  /**< slots that can be in use */
 #define GPB_MAX_ANCESTOR_NUM 32U     /**< entries of an ancestor array */
