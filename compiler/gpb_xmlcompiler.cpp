@@ -50,7 +50,7 @@ private:
 GpbXmlCompiler::GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFile,
                                const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
     : GpbXmlCompilerBase(pstFile, pstImport, pvHandle),
-      uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle))), astStrTrans{}
+      uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle)))
 {
     GpbFillTranslatorTable(astStrTrans);
 }

@@ -45,8 +45,8 @@ unsigned char GpbXmlCompilerBase::aucSpecialCharTable[256] = {};
 
 GpbXmlCompilerBase::GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFile,
                                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
-    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport), pstMessage(nullptr), pstMsgFactory(nullptr),
-      ucStopOnError(0), pstFieldFinder(std::make_unique<GpbFieldFinder>())
+    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport),
+      pstFieldFinder(std::make_unique<GpbFieldFinder>())
 {
     pstMsgFactory = new google::protobuf::DynamicMessageFactory(pstImporter->pool());
     std::call_once(g_specialCharTableFilled, FillSpecialCharTable);

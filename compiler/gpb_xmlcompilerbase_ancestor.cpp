@@ -82,7 +82,7 @@ unsigned int PushAncestors(const FieldDescriptor *field, GpbCompilerStack &stack
     const FieldDescriptor *ancestors[GPB_MAX_ANCESTOR_NUM] = {};
     unsigned int count = GPB_GetDescriptorAncestors(field, stack.astLayer[stack.uiLayerNum - 1].pstDescriptor,
                                                     ancestors, GPB_MAX_ANCESTOR_NUM);
-    if (count == 0 || field->message_type() == nullptr)
+    if (count == 0)
     {
         return GPB_COMPILER_ERR;
     }
@@ -90,6 +90,10 @@ unsigned int PushAncestors(const FieldDescriptor *field, GpbCompilerStack &stack
     while (count > 0)
     {
         const FieldDescriptor *entry = ancestors[--count];
+        if (entry->message_type() == nullptr)
+        {
+            return GPB_COMPILER_ERR;
+        }
         if (ReuseSlot(stack, entry))
         {
             continue;

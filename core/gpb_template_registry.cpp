@@ -96,6 +96,24 @@ uint32_t LoadFile(GpbLibContext *context, const char *moduleName)
     return LoadNewFile(context, fileName);
 }
 
+// Frees the first record of a file name; without one nothing happens.
+void ForgetFile(GpbLibContext *context, const std::string &fileName)
+{
+    VecVector *files = context->pstProtoFileVec;
+    for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
+    {
+        GpbProtoFileInfo *info = RecordAt(context, i);
+        if (info != nullptr && YOS_StrCmp(info->acFileName, fileName.c_str()) == 0)
+        {
+            GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "find protofile %s, unload from vector", info->acFileName);
+            ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_UNLOADED);
+            files->ppvSlot[i] = nullptr;
+            VEC_VectorZipEmptySlot(files);
+            return;
+        }
+    }
+}
+
 void ReleaseRecords(GpbLibContext *context)
 {
     VecVector *files = context->pstProtoFileVec;
@@ -198,25 +216,7 @@ void GPBLIB_UnloadProtoFile(GpbLibContext *pstCtx, const char *pcModuleName)
         GPB_LOG(pstCtx, GPB_LOG_ERROR, __LINE__, "unload protofile err, param pcModuleName is null");
         return;
     }
-    GpbNoThrow(
-        [&]
-        {
-            const std::string fileName = ProtoFileName(pcModuleName);
-            VecVector *files = pstCtx->pstProtoFileVec;
-            for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
-            {
-                GpbProtoFileInfo *info = RecordAt(pstCtx, i);
-                if (info != nullptr && YOS_StrCmp(info->acFileName, fileName.c_str()) == 0)
-                {
-                    GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "find protofile %s, unload from vector",
-                            info->acFileName);
-                    ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_UNLOADED);
-                    files->ppvSlot[i] = nullptr;
-                    VEC_VectorZipEmptySlot(files);
-                    return;
-                }
-            }
-        });
+    GpbNoThrow([&] { ForgetFile(pstCtx, ProtoFileName(pcModuleName)); });
 }
 
 void GPBLIB_UnloadProtoFileAll(GpbLibContext *pstCtx, uint32_t /*uiArg*/)

@@ -15,7 +15,7 @@ extern "C"
 #endif
 
 /** What VEC_VectorSet returns when the item could not be stored. */
-#define VEC_INVALID_INDEX 0xFFFFFFFFu
+#define VEC_INVALID_INDEX 0xFFFFFFFFU
 
     typedef struct VecVector
     {

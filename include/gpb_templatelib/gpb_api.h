@@ -15,20 +15,18 @@
 
 #ifdef __cplusplus
 
-namespace google
-{
-namespace protobuf
+namespace google::protobuf
 {
 class Descriptor;
 class FieldDescriptor;
 class FileDescriptor;
-namespace compiler
+} // namespace google::protobuf
+
+namespace google::protobuf::compiler
 {
 class DiskSourceTree;
 class Importer;
-} // namespace compiler
-} // namespace protobuf
-} // namespace google
+} // namespace google::protobuf::compiler
 
 typedef google::protobuf::FileDescriptor GpbPbFileDescriptor;
 typedef google::protobuf::Descriptor GpbPbDescriptor;

@@ -17,30 +17,27 @@
 #include "gpb_compiler_c.h"
 #include "gpb_limits.h"
 
-namespace google
-{
-namespace protobuf
+namespace google::protobuf
 {
 class DynamicMessageFactory;
 class Message;
-} // namespace protobuf
-} // namespace google
+} // namespace google::protobuf
 
 class GpbFieldFinder;
 
 /** Result codes of the compilers. */
-#define GPB_COMPILER_OK 0u
-#define GPB_COMPILER_ERR 1u     /**< null document, no reflection, presence container at the top, ancestors */
-#define GPB_COMPILER_NO_ROOT 2u /**< document without root element */
-#define GPB_COMPILER_NO_MESSAGE_TYPE 3u
-#define GPB_COMPILER_NO_PROTOTYPE 4u
-#define GPB_COMPILER_NO_MESSAGE 5u /**< message not created */
-#define GPB_COMPILER_NO_FIELD 6u
-#define GPB_COMPILER_NOT_A_MESSAGE 7u /**< a container's field is no message */
-#define GPB_COMPILER_NO_TRANSLATOR 8u
-#define GPB_COMPILER_NO_ENUM_VALUE 9u
-#define GPB_COMPILER_STACK_FULL 10u
-#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11u
+#define GPB_COMPILER_OK 0U
+#define GPB_COMPILER_ERR 1U     /**< null document, no reflection, presence container at the top, ancestors */
+#define GPB_COMPILER_NO_ROOT 2U /**< document without root element */
+#define GPB_COMPILER_NO_MESSAGE_TYPE 3U
+#define GPB_COMPILER_NO_PROTOTYPE 4U
+#define GPB_COMPILER_NO_MESSAGE 5U /**< message not created */
+#define GPB_COMPILER_NO_FIELD 6U
+#define GPB_COMPILER_NOT_A_MESSAGE 7U /**< a container's field is no message */
+#define GPB_COMPILER_NO_TRANSLATOR 8U
+#define GPB_COMPILER_NO_ENUM_VALUE 9U
+#define GPB_COMPILER_STACK_FULL 10U
+#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U
 
 /** One open message. */
 struct GpbCompilerStackLayer
@@ -142,17 +139,17 @@ class GPB_API GpbXmlCompilerBase
 {
 public:
     /**
-     * @param pstFileDesc  the module's proto file
-     * @param pstImporter  importer whose pool holds the file; outlives the compiler
-     * @param pvLibHandle  library context; outlives the compiler
+     * @param pstFile    the module's proto file
+     * @param pstImport  importer whose pool holds the file; outlives the compiler
+     * @param pvHandle   library context; outlives the compiler
      */
-    GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFileDesc,
-                       const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle);
+    GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFile,
+                       const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     virtual ~GpbXmlCompilerBase();
 
     virtual unsigned int Encode(struct _xmlDoc *pstDoc);
     virtual unsigned int EncodeJson(struct cJSON *pstRoot, struct cJSON *pstItem);
-    virtual unsigned int GetMdlAttr(const void *pvLibHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
+    virtual unsigned int GetMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
                                     void *pvMdlAttr);
     virtual const char *GetResult(unsigned int *puiLen);
 
@@ -169,9 +166,9 @@ protected:
     void *pvLibHandle;
     const google::protobuf::FileDescriptor *pstFileDesc;
     const google::protobuf::compiler::Importer *pstImporter;
-    google::protobuf::Message *pstMessage; /**< top message of the last successful encode, or null; owned */
-    google::protobuf::DynamicMessageFactory *pstMsgFactory;
-    unsigned char ucStopOnError; /**< non-zero: a walk stops at the first container or leaf that fails */
+    google::protobuf::Message *pstMessage = nullptr; /**< top message of the last successful encode, or null; owned */
+    google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr;
+    unsigned char ucStopOnError = 0; /**< non-zero: a walk stops at the first container or leaf that fails */
 
     /** Remembers which field a node name stands for, so that a name is searched once per message type. */
     std::unique_ptr<GpbFieldFinder> pstFieldFinder;
@@ -181,8 +178,8 @@ protected:
 class GPB_API GpbXmlCompiler : public GpbXmlCompilerBase
 {
 public:
-    GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFileDesc,
-                   const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle);
+    GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFile,
+                   const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbXmlCompiler() override;
 
     /** Fills the top message from a document; 0 or a GPB_COMPILER_ code. */
@@ -217,7 +214,7 @@ protected:
 
     std::string strGpbBuffer; /**< serialized top message */
     unsigned int uiMemHandle; /**< module id of the library context */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM];
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
 };
 
 #endif

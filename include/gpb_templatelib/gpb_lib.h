@@ -28,10 +28,10 @@ extern "C"
 #endif
 
 /** Print levels, the index into the print slots. */
-#define GPB_LOG_ERROR 0u    /**< failure of a library operation */
-#define GPB_LOG_PROGRESS 1u /**< progress, notable success, most lookup misses of the core */
-#define GPB_LOG_SKIP 2u     /**< a document that does not match the descriptor */
-#define GPB_LOG_DUMP 3u     /**< a successfully encoded message as text */
+#define GPB_LOG_ERROR 0U    /**< failure of a library operation */
+#define GPB_LOG_PROGRESS 1U /**< progress, notable success, most lookup misses of the core */
+#define GPB_LOG_SKIP 2U     /**< a document that does not match the descriptor */
+#define GPB_LOG_DUMP 3U     /**< a successfully encoded message as text */
 
     /**
      * Print callback of the host.
@@ -92,8 +92,8 @@ extern "C"
         uint8_t ucLoadState;                    /**< GPB_PROTO_LOADED or GPB_PROTO_LOAD_FAILED */
     } GpbProtoFileInfo;
 
-#define GPB_PROTO_LOADED 0u
-#define GPB_PROTO_LOAD_FAILED 1u
+#define GPB_PROTO_LOADED 0U
+#define GPB_PROTO_LOAD_FAILED 1U
 
     /** The library context. Hosts pass it around; its fields are the library's. */
     typedef struct GpbLibContext

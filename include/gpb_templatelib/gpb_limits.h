@@ -6,27 +6,27 @@
 
 /* ---- core ---- */
 
-#define GPB_LOG_TEXT_SIZE 1024u   /**< a diagnostic message */
-#define GPB_LOG_LEVELS 4u         /**< print slots of a context */
-#define GPB_PATH_SIZE 256u        /**< paths and file names */
-#define GPB_VECTOR_FIRST_SIZE 32u /**< first slots of the context's vectors */
+#define GPB_LOG_TEXT_SIZE 1024U   /**< a diagnostic message */
+#define GPB_LOG_LEVELS 4U         /**< print slots of a context */
+#define GPB_PATH_SIZE 256U        /**< paths and file names */
+#define GPB_VECTOR_FIRST_SIZE 32U /**< first slots of the context's vectors */
 
 /* ---- names ---- */
 
-#define GPB_NAME_SIZE 128u        /**< node, field and enum names */
-#define GPB_ENUM_NAME_SIZE 129u   /**< a YANG enum name in the enum list */
-#define GPB_SCHEMA_PATH_SIZE 512u /**< a schema path with its leaf name */
+#define GPB_NAME_SIZE 128U        /**< node, field and enum names */
+#define GPB_ENUM_NAME_SIZE 129U   /**< a YANG enum name in the enum list */
+#define GPB_SCHEMA_PATH_SIZE 512U /**< a schema path with its leaf name */
 #define GPB_MAX_CASE_FIELDS                                                                                            \
-    256u                      /**< case fields that a oneof search collects; it is given up when this many are found */
-#define GPB_MAX_NODE_PATH 32u /**< elements of an XML node path */
+    256U                      /**< case fields that a oneof search collects; it is given up when this many are found */
+#define GPB_MAX_NODE_PATH 32U /**< elements of an XML node path */
 
 /* ---- compilers ---- */
 
-#define GPB_COMPILER_STACK_DEPTH 32u /**< slots of a layer stack */
-#define GPB_COMPILER_MAX_LAYERS 31u  /**< slots that can be in use */
-#define GPB_MAX_ANCESTOR_NUM 32u     /**< entries of an ancestor array */
-#define GPB_FIELD_TYPE_NUM 19u       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
-#define GPB_PROTO_FILE_NAME_SIZE 64u /**< MODULE.proto as the compiler interface looks it up */
+#define GPB_COMPILER_STACK_DEPTH 32U /**< slots of a layer stack */
+#define GPB_COMPILER_MAX_LAYERS 31U  /**< slots that can be in use */
+#define GPB_MAX_ANCESTOR_NUM 32U     /**< entries of an ancestor array */
+#define GPB_FIELD_TYPE_NUM 19U       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
+#define GPB_PROTO_FILE_NAME_SIZE 64U /**< MODULE.proto as the compiler interface looks it up */
 
 /* ---- object tree ---- */
 

@@ -31,11 +31,11 @@ extern "C"
 #endif
 
 /** Node types. */
-#define GPB_OBJNODE_INVALID 0u /**< never created */
-#define GPB_OBJNODE_INTLEAF 1u /**< integer leaf, a varint field */
-#define GPB_OBJNODE_STRLEAF 2u /**< string or bytes leaf, a length-delimited field */
-#define GPB_OBJNODE_CONTAIN 3u /**< container: a length-delimited header followed by its children */
-#define GPB_OBJNODE_ROOTDOC 4u /**< root of a tree, exactly one per tree */
+#define GPB_OBJNODE_INVALID 0U /**< never created */
+#define GPB_OBJNODE_INTLEAF 1U /**< integer leaf, a varint field */
+#define GPB_OBJNODE_STRLEAF 2U /**< string or bytes leaf, a length-delimited field */
+#define GPB_OBJNODE_CONTAIN 3U /**< container: a length-delimited header followed by its children */
+#define GPB_OBJNODE_ROOTDOC 4U /**< root of a tree, exactly one per tree */
 
     typedef struct ObjNode
     {

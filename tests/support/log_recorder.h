@@ -78,8 +78,11 @@ private:
 
 } // namespace gpbtest
 
-/** Expects exactly these "LEVEL: TEXT" messages, in this order, and forgets them; without any: silence. */
+/** Expects exactly these "LEVEL: TEXT" messages, in this order, and forgets them. */
 #define EXPECT_LOG(recorder, ...)                                                                                      \
     EXPECT_EQ(::gpbtest::joinLines(std::vector<std::string>{__VA_ARGS__}), (recorder).take())
+
+/** Expects that nothing was logged, and forgets what was. */
+#define EXPECT_NO_LOG(recorder) EXPECT_EQ("", (recorder).take())
 
 #endif

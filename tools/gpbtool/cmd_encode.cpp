@@ -1,0 +1,154 @@
+/** gpbtool encode: XML documents to GPB. */
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <set>
+
+#include "document_encoder.h"
+#include "message_view.h"
+#include "output_file.h"
+#include "session.h"
+#include "subcommand.h"
+
+namespace gpbtool
+{
+
+namespace
+{
+
+constexpr const char *kBinarySuffix = ".gpb";
+constexpr const char *kTextSuffix = ".txt";
+
+class EncodeCommand : public Subcommand
+{
+public:
+    const char *Name() const override { return "encode"; }
+    const char *Description() const override { return "Encode XML documents of a module"; }
+
+    void Declare(CLI::App &app) override
+    {
+        search_.Declare(app);
+        app.add_option("--module", module_, "Module of the documents, the name of its .proto file without the suffix")
+            ->required()
+            ->type_name("M");
+        app.add_option("documents", documents_, "XML documents; - is standard input")->required()->type_name("DOC.xml");
+        CLI::Option *single = app.add_option("-o,--output", output_, "Write to this file; - is standard output");
+        single->type_name("OUT");
+        app.add_option("--out-dir", outDir_, "Write DOC.gpb (DOC.txt with --text) for each document to this directory")
+            ->type_name("DIR")
+            ->excludes(single);
+        app.add_flag("--text", text_, "Write protobuf's text form instead of the encoded bytes");
+        app.add_flag("--lenient", lenient_, "Leave out what has no place in the module, and warn");
+    }
+
+    ExitCode Run(Console &console) override
+    {
+        search_.Complete();
+        CheckOutputs();
+        Session session(console, search_);
+        session.Load(module_);
+        if (!outDir_.empty())
+        {
+            MakeOutDir();
+        }
+        return documents_.size() == 1 ? EncodeOne(session, console, documents_.front()) : EncodeAll(session, console);
+    }
+
+private:
+    void CheckOutputs() const
+    {
+        if (outDir_.empty() && documents_.size() > 1)
+        {
+            throw ToolError(ExitCode::Usage, "several documents cannot share one output",
+                            "give --out-dir DIR to get one file for each");
+        }
+        if (outDir_.empty() && output_.empty() && !text_ && isatty(STDOUT_FILENO) != 0)
+        {
+            throw ToolError(ExitCode::Usage, "encoded bytes are not for a terminal",
+                            "give -o FILE, or --text to read them, or -o - if you want them here all the same");
+        }
+        std::set<std::string> targets;
+        for (const std::string &document : documents_)
+        {
+            if (!outDir_.empty() && !targets.insert(Target(document)).second)
+            {
+                throw ToolError(ExitCode::Usage,
+                                document + ": another document would be written to " + Target(document) + " too",
+                                "encode documents of the same name in separate calls");
+            }
+        }
+    }
+
+    void MakeOutDir() const
+    {
+        std::error_code failed;
+        std::filesystem::create_directories(outDir_, failed);
+        if (failed)
+        {
+            throw ToolError(ExitCode::Output, outDir_ + ": cannot be made: " + failed.message(),
+                            "give a directory that you may write to");
+        }
+    }
+
+    std::string Target(const std::string &document) const
+    {
+        if (outDir_.empty())
+        {
+            return output_;
+        }
+        const std::string stem = document == "-" ? "stdin" : std::filesystem::path(document).stem().string();
+        return (std::filesystem::path(outDir_) / (stem + (text_ ? kTextSuffix : kBinarySuffix))).string();
+    }
+
+    /** Encodes and writes one document; failures are ToolErrors. */
+    ExitCode EncodeOne(Session &session, Console &console, const std::string &document) const
+    {
+        const EncodedDocument encoded = EncodeDocument(session, console, {module_, document, lenient_});
+        const std::string bytes = text_ ? MessageView(*encoded.type, encoded.bytes, document).Text() : encoded.bytes;
+        console.EndProgress();
+        WriteOutput(Target(document), bytes);
+        return ExitCode::Ok;
+    }
+
+    /** Encodes all documents; one that fails is reported and does not keep the others from being written. */
+    ExitCode EncodeAll(Session &session, Console &console) const
+    {
+        ExitCode result = ExitCode::Ok;
+        std::size_t failed = 0;
+        for (std::size_t i = 0; i < documents_.size(); ++i)
+        {
+            console.Progress(i, documents_.size(), documents_[i]);
+            try
+            {
+                EncodeOne(session, console, documents_[i]);
+            }
+            catch (const ToolError &error)
+            {
+                console.Error(error);
+                result = result == ExitCode::Ok ? error.Code() : result;
+                ++failed;
+            }
+        }
+        console.Print(std::to_string(documents_.size() - failed) + " of " + std::to_string(documents_.size()) +
+                      " documents encoded" + (failed > 0 ? ", " + std::to_string(failed) + " failed" : ""));
+        return result;
+    }
+
+    SearchOptions search_;
+    std::string module_;
+    std::vector<std::string> documents_;
+    std::string output_;
+    std::string outDir_;
+    bool text_ = false;
+    bool lenient_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<Subcommand> MakeEncodeCommand()
+{
+    return std::make_unique<EncodeCommand>();
+}
+
+} // namespace gpbtool

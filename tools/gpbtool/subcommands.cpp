@@ -1,0 +1,15 @@
+#include "subcommand.h"
+
+namespace gpbtool
+{
+
+std::vector<std::unique_ptr<Subcommand>> MakeSubcommands()
+{
+    std::vector<std::unique_ptr<Subcommand>> all;
+    all.push_back(MakeEncodeCommand());
+    all.push_back(MakeDecodeCommand());
+    all.push_back(MakeModulesCommand());
+    return all;
+}
+
+} // namespace gpbtool
