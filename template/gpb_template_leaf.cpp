@@ -1,6 +1,7 @@
 // The leaves of a YANG node, and of the cases among its children.
 #include <google/protobuf/descriptor.h>
 
+#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_descriptor.h"
@@ -171,16 +172,16 @@ uint32_t GPBLIB_CheckYangLeafInProtobuf(const Descriptor *pstMessage, const GpbY
         ZMP_Assert(GPB_TEMPLATE_TAG, LINE_COPY_LEAF_NAME_FAILED, 0);
     }
     (void)GPBLIB_ChrReplace(name, '-', '_');
-    const int count = pstMessage != nullptr ? pstMessage->field_count() : 0;
-    for (int i = 0; i < count; ++i)
+    // Exact, unlike the lookup of containers: a leaf's case is significant.
+    const FieldDescriptor *field = nullptr;
+    if (pstMessage != nullptr)
     {
-        // Exact, unlike the lookup of containers: a leaf's case is significant.
-        const FieldDescriptor *field = pstMessage->field(i);
-        if (field->name() == name)
-        {
-            *ppstField = field;
-            return FIELD_FOUND;
-        }
+        field = GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return pstMessage->FindFieldByName(name); });
+    }
+    if (field != nullptr)
+    {
+        *ppstField = field;
+        return FIELD_FOUND;
     }
     GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "protofile has not this field = %s", pstLeaf->pcName);
     return GPB_YANG_LEAF_NOT_IN_MESSAGE;

@@ -16,13 +16,9 @@ uint32_t DelimitedSize(uint32_t tagSize, uint32_t length)
 
 uint32_t GPBLIB_Encoding_GetValueSizeOfInteger(uint64_t ulValue)
 {
-    uint32_t size = 1;
-    while (ulValue > GPB_VARINT_PAYLOAD)
-    {
-        ulValue >>= GPB_VARINT_PAYLOAD_BITS;
-        ++size;
-    }
-    return size;
+    // The number of the highest bit set; 0 is measured as 1, since it takes a byte, too.
+    const auto highestBit = static_cast<uint32_t>(63 - __builtin_clzll(ulValue | 1));
+    return highestBit / GPB_VARINT_PAYLOAD_BITS + 1;
 }
 
 uint32_t GPBLIB_ObjNode_GetEncodingSize(ObjNode *pstNode)

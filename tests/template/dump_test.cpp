@@ -108,6 +108,17 @@ TEST_F(DumpTest, ATemplateIsHandedOutAndTraced)
         "1: gpb(0x):06 0c fe ff 1f 08 10 00 1a 02 61 62 20 00", "1: gpblib dump template end (path=/ab, class=0x50)");
 }
 
+TEST_F(DumpTest, TheExampleOfTheFormatsDescriptionHasItsBytes)
+{
+    load("ab", "syntax = \"proto3\"; message Ab { uint32 leaf = 1; }");
+    GpbYangNode *top = m_yang.node(nullptr, "ab", 0x1234);
+    m_yang.leaf(top, "leaf", 3);
+    ASSERT_EQ(0u, GPBLIB_UpdateProtoFileClassInfo(context(), "ab", 0, "/ab", top));
+    EXPECT_EQ("06 22 FE FF 1F 18 10 00 1A 02 61 62 20 00 0E 0E 08 03 12 04 6C 65 61 66 18 01 20 0D 28 00"
+              " 08 B4 A4 80 80 30",
+              toHex(write(GPBLIB_GetGpbTemplate(0x1234, context())->pstObjTree, GPB_OBJTREE_MODE_TEMPLATE)));
+}
+
 TEST_F(DumpTest, ADumpIsReadBack)
 {
     m_yang.leaf(m_interface, "if-name", 1, 1);
