@@ -196,6 +196,25 @@ TEST_F(GenerateTest, ATopNodeWithoutMessageFails)
                "1: failed to pop node from stack", "0: failed to generate gpb template");
 }
 
+TEST_F(GenerateTest, ATopNodeWhoseLeavesFailFails)
+{
+    m_yang.leaf(m_ifm, "nameless", 1, 1)->pcName = nullptr;
+    EXPECT_EQ(1u, GRBLIB_ProcSubTreeNode(context(), m_interface, file("ifm")));
+    EXPECT_LOG(log(), "1: process subtree node begin", "1: Default class (interface) id (0x30).",
+               "1: insert (ifm) leaf node (field count 4) begin",
+               "1: Convert node(ifm/sys-name) : (0x0, 0) ==> (0x10, 5) ", "1: insert leaf node (sys-name)",
+               "0: failed to insert leaf node to root", "1: failed to pop node from stack");
+}
+
+TEST_F(GenerateTest, WithoutListenersTheTemplateIsTheSame)
+{
+    recreateContext({GPB_LOG_ERROR, GPB_LOG_PROGRESS});
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(context(), "ifm", 0));
+    EXPECT_EQ(0u, update(m_interface));
+    EXPECT_EQ(kInterfaceTemplate, stored(0x30));
+    EXPECT_EQ("", log().take());
+}
+
 TEST_F(GenerateTest, AFileWithoutMessagesFails)
 {
     load("empty", "syntax = \"proto3\"; enum E { E_A = 0; }");
