@@ -246,6 +246,22 @@ TEST_F(LeafTest, ATargetGetsTheLeavesOfItsCases)
               describe(m_tree.get()));
 }
 
+TEST_F(LeafTest, ChoicesMayBeNestedDeeply)
+{
+    // The walk recurses as deep as the host's tree goes; no schema comes near this.
+    GpbYangNode *node = m_interface;
+    for (int i = 0; i < 2000; ++i)
+    {
+        node = m_yang.node(node, "mode", 0, GPB_YANG_CHOICE);
+    }
+    GpbYangNode *access = m_yang.node(node, "access", 0x91, GPB_YANG_CASE);
+    m_yang.leaf(access, "vlan", 2);
+    const GpbLeafFill record = fill(1);
+    EXPECT_EQ(0u, GPBLIB_FillLeafAttr(context(), m_interface, &record));
+    EXPECT_EQ("C20(C65535(I2=145 S3='access' I4=2 C1(I1=2 S2='vlan' I3=1 I4=13 I5=0)) I1=8589934737)",
+              describe(childAt(m_tree.get(), 1)));
+}
+
 TEST_F(LeafTest, AnAncestorGetsNoCases)
 {
     GpbYangNode *choice = m_yang.node(m_interface, "mode", 0, GPB_YANG_CHOICE);
