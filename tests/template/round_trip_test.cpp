@@ -1,4 +1,5 @@
 // Writing and reading as inverse operations over random trees, and protobuf's own reader as a judge.
+#include <algorithm>
 #include <random>
 
 #include <google/protobuf/unknown_field_set.h>
@@ -113,8 +114,10 @@ TEST_F(RoundTripTest, ProtobufWritesWhatTheReaderReads)
     fields.AddLengthDelimited(4, "text");
     std::string content;
     ASSERT_TRUE(fields.SerializeToString(&content));
-    Bytes bytes = {0x06, static_cast<uint8_t>(content.size())};
-    bytes.insert(bytes.end(), content.begin(), content.end());
+    Bytes bytes(2 + content.size());
+    bytes[0] = 0x06;
+    bytes[1] = static_cast<uint8_t>(content.size());
+    std::copy(content.begin(), content.end(), bytes.begin() + 2);
     const ReadResult result = read(bytes, kModuleId);
     ASSERT_NE(nullptr, result.tree);
     EXPECT_EQ("R0(I1=18446744073709551615 I2=2147483649 I3=9223372036854775809 S4='text')",
