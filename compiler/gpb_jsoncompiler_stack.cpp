@@ -41,8 +41,7 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
                 layer.strXPath.c_str());
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    GpbPushLayer(stStack, std::move(layer));
     const unsigned int result = GPB_PushItemAncestors(pstRoot, pstItem, stStack);
     if (result != GPB_COMPILER_OK)
     {
@@ -174,8 +173,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
                 GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    GpbPushLayer(stStack, std::move(layer));
     return GPB_COMPILER_OK;
 }
 

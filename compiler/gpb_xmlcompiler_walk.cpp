@@ -105,8 +105,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
                 GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    GpbPushLayer(stStack, std::move(layer));
     result = IterXmlDoc(pstNode->children, stStack);
     // Pops the layers of the case, too.
     stStack.uiLayerNum = layerNum;
@@ -128,8 +127,7 @@ unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerS
                 layer.strXPath.c_str());
         return GPB_COMPILER_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    GpbPushLayer(stStack, std::move(layer));
     const uint32_t layerNum = stStack.uiLayerNum;
     const unsigned int walkResult = IterXmlDoc(pstRoot->children, stStack);
     // The top layer stays on the stack: its message is the result.

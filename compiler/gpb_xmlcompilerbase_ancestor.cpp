@@ -133,11 +133,7 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
         {
             return GPB_COMPILER_ERR;
         }
-        GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
-        layer.strXPath = path;
-        layer.pstDescriptor = entry->message_type();
-        layer.pstMessage = message;
-        ++stack.uiLayerNum;
+        GpbPushLayer(stack, {entry->message_type(), message, path});
     }
     return GPB_COMPILER_OK;
 }
