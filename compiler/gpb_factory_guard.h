@@ -6,23 +6,28 @@
 
 /// Runs `body`, which makes messages by a compiler's factory, behind the barrier. When an exception ends it, the
 /// factory may be left with types that are made half, which a later use would not survive: from then on `broken` is set
-/// and everything fails with `failure`.
-template <typename Body>
-unsigned int GpbGuardFactory(unsigned char &broken, unsigned int failure, const Body &body)
+/// and everything fails with `failure`, after `report` has said so.
+template <typename Body, typename Report>
+unsigned int GpbGuardFactory(unsigned char &broken, unsigned int failure, const Body &body, const Report &report)
 {
-    if (broken != 0)
+    if (broken == 0)
     {
-        return failure;
+        // Set while the body runs, so that it stays set when an exception ends it.
+        broken = 1;
+        const unsigned int result = GpbNoThrow(failure,
+                                               [&]
+                                               {
+                                                   const unsigned int done = body();
+                                                   broken = 0;
+                                                   return done;
+                                               });
+        if (broken == 0)
+        {
+            return result;
+        }
     }
-    // Set while the body runs, so that it stays set when an exception ends it.
-    broken = 1;
-    return GpbNoThrow(failure,
-                      [&]
-                      {
-                          const unsigned int result = body();
-                          broken = 0;
-                          return result;
-                      });
+    report();
+    return failure;
 }
 
 #endif

@@ -13,10 +13,17 @@ using google::protobuf::Message;
 namespace
 {
 
+constexpr char ENCODE_JSON[] = "EncodeJson";
 constexpr uint32_t LINE_PREPARE_FAILED = 670;
 constexpr uint32_t LINE_ITERATE_FAILED = 680;
 constexpr uint32_t LINE_NO_TOP_MESSAGE = 693;
 constexpr uint32_t LINE_NO_LAYER_MESSAGE = 698;
+
+void ReportIterateFailed(void *libHandle, unsigned int result)
+{
+    GpbReport(libHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_ITERATE_FAILED,
+              "Gpb compiler encode fail to iterate json, return %u.", result);
+}
 
 // A result is taken from the layers below this one only.
 constexpr unsigned int SERIALIZE_LAYER_END = 30;
@@ -50,7 +57,9 @@ unsigned int GpbJsonCompiler::EncodeJson(cJSON *pstRoot, cJSON *pstItem)
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_ERR, [&] { return EncodeItem(pstRoot, pstItem); });
+    return GpbGuardFactory(
+        ucFactoryBroken, GPB_COMPILER_ERR, [&] { return EncodeItem(pstRoot, pstItem); },
+        [this] { ReportIterateFailed(pvLibHandle, GPB_COMPILER_ERR); });
 }
 
 unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
@@ -60,7 +69,8 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
     unsigned int result = GPB_CompilerStackPrepare(pstRoot, pstItem, stack);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.", result);
+        GpbReport(pvLibHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.",
+                  result);
         return result;
     }
     // Taken before the walk and read after it: a pop leaves the message in its slot, and the last one pushed there is
@@ -70,8 +80,7 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
                                 : IterJson(pstItem, FindArrayOf(pstRoot, pstItem), stack);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_ITERATE_FAILED, "Gpb compiler encode fail to iterate json, return %u.",
-                result);
+        ReportIterateFailed(pvLibHandle, result);
         return result;
     }
     if (serializeLayer >= SERIALIZE_LAYER_END)
@@ -84,11 +93,12 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
     pstLayerMessage = layerMessage;
     if (pstMessage == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
+        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
     }
     if (pstLayerMessage == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LAYER_MESSAGE, "Gpb layer compiler encode fail to encode.");
+        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_LAYER_MESSAGE,
+                  "Gpb layer compiler encode fail to encode.");
     }
     return GPB_COMPILER_OK;
 }

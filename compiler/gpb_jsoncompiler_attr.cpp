@@ -21,11 +21,17 @@ namespace
 
 constexpr char JSON_COMPILER_TAG[] = "gpb_jsoncompiler";
 
+constexpr char GET_MDL_ATTR[] = "GetMdlAttr";
 constexpr uint32_t LINE_ALLOC_NAME = 389;
 constexpr uint32_t LINE_FREE_UNCOPIED_NAME = 395;
 constexpr uint32_t LINE_FREE_STORED_NAME = 407;
 constexpr uint32_t LINE_PREPARE_FAILED = 717;
 constexpr uint32_t LINE_NO_TOP_MESSAGE = 741;
+
+void ReportPrepareFailed(void *libHandle, unsigned int result)
+{
+    GpbReport(libHandle, GPB_LOG_ERROR, GET_MDL_ATTR, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.", result);
+}
 
 struct DataType
 {
@@ -76,8 +82,9 @@ unsigned int GpbJsonCompiler::GetMdlAttr(const void *pvHandle, cJSON *pstRoot, c
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_ERR,
-                           [&] { return FillMdlAttr(pvHandle, pstRoot, pstItem, pvMdlAttr); });
+    return GpbGuardFactory(
+        ucFactoryBroken, GPB_COMPILER_ERR, [&] { return FillMdlAttr(pvHandle, pstRoot, pstItem, pvMdlAttr); },
+        [this] { ReportPrepareFailed(pvLibHandle, GPB_COMPILER_ERR); });
 }
 
 unsigned int GpbJsonCompiler::FillMdlAttr(const void *pvHandle, cJSON *pstRoot, cJSON *pstItem, void *pvMdlAttr)
@@ -87,7 +94,7 @@ unsigned int GpbJsonCompiler::FillMdlAttr(const void *pvHandle, cJSON *pstRoot, 
     unsigned int result = GPB_CompilerStackPrepare(pstRoot, pstItem, stack);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.", result);
+        ReportPrepareFailed(pvLibHandle, result);
         return result;
     }
     result = GPB_PushItemDescriptor(GpbLib_Json_GetObjectName(pstItem), stack);
@@ -103,7 +110,7 @@ unsigned int GpbJsonCompiler::FillMdlAttr(const void *pvHandle, cJSON *pstRoot, 
     KeepTopMessage(top.Release());
     if (pstMessage == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
+        GpbReport(pvLibHandle, GPB_LOG_SKIP, GET_MDL_ATTR, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
     }
     return GPB_FillLeafMdlAttr(pvHandle, descriptor, *static_cast<GpbMdlAttr *>(pvMdlAttr));
 }

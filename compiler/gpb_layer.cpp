@@ -21,17 +21,6 @@ namespace
 
 constexpr uint32_t NO_SUFFIX = 1;
 
-// The texts are those of the caller's record, so the function's name comes from there, too.
-template <typename... Argument>
-void Report(void *libHandle, uint32_t level, const char *function, uint32_t line, const char *text,
-            Argument... argument)
-{
-    if (GpbLogOpen(libHandle, level))
-    {
-        GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(libHandle), level, function, line, text, argument...);
-    }
-}
-
 } // namespace
 
 bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::string &typeName)
@@ -57,21 +46,22 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
     layer.pstDescriptor = source.importer->pool()->FindMessageTypeByName(layer.strXPath);
     if (layer.pstDescriptor == nullptr)
     {
-        Report(source.libHandle, GPB_LOG_SKIP, log.function, log.typeLine, "Fail to find message type for path %s.",
-               path);
+        GpbReport(source.libHandle, GPB_LOG_SKIP, log.function, log.typeLine, "Fail to find message type for path %s.",
+                  path);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
     const Message *prototype = source.factory->GetPrototype(layer.pstDescriptor);
     if (prototype == nullptr)
     {
-        Report(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine, "Fail to get proto type for path %s.",
-               path);
+        GpbReport(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,
+                  "Fail to get proto type for path %s.", path);
         return GPB_COMPILER_NO_PROTOTYPE;
     }
     layer.pstMessage = prototype->New();
     if (layer.pstMessage == nullptr)
     {
-        Report(source.libHandle, GPB_LOG_ERROR, log.function, log.messageLine, "Fail to new message for path %s", path);
+        GpbReport(source.libHandle, GPB_LOG_ERROR, log.function, log.messageLine, "Fail to new message for path %s",
+                  path);
         return GPB_COMPILER_NO_MESSAGE;
     }
     return GPB_COMPILER_OK;
@@ -118,21 +108,29 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
     *length = 0;
     if (message == nullptr)
     {
-        Report(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
+        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
         return nullptr;
     }
-    if (!message->IsInitialized())
+    // The look for required fields allocates, too: a failure of it is one to serialize.
+    bool isInitialized = true;
+    const bool isDone = GpbNoThrow(false,
+                                   [&]
+                                   {
+                                       isInitialized = message->IsInitialized();
+                                       return isInitialized && message->SerializeToString(&buffer);
+                                   });
+    if (!isInitialized)
     {
-        Report(libHandle, GPB_LOG_ERROR, log.function, log.notInitializedLine, "%s", log.notInitializedText);
+        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.notInitializedLine, "%s", log.notInitializedText);
         return nullptr;
     }
-    if (!GpbNoThrow(false, [&] { return message->SerializeToString(&buffer); }))
+    if (!isDone)
     {
-        Report(libHandle, GPB_LOG_ERROR, log.function, log.failedLine, "%s", log.failedText);
+        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.failedLine, "%s", log.failedText);
         return nullptr;
     }
     *length = static_cast<unsigned int>(buffer.size());
-    Report(libHandle, GPB_LOG_PROGRESS, log.function, log.doneLine, log.doneText, *length);
+    GpbReport(libHandle, GPB_LOG_PROGRESS, log.function, log.doneLine, log.doneText, *length);
     return buffer.data();
 }
 

@@ -5,7 +5,19 @@
 #include <cstdint>
 #include <string>
 
+#include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
+
+/// Logs under the name of an operation that its caller knows, from inside a step or a lambda of it.
+template <typename... Argument>
+void GpbReport(void *libHandle, uint32_t level, const char *function, uint32_t line, const char *text,
+               Argument... argument)
+{
+    if (GpbLogOpen(libHandle, level))
+    {
+        GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(libHandle), level, function, line, text, argument...);
+    }
+}
 
 /// The top layer, or the unused first slot of an empty stack, in which nothing is found.
 inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)

@@ -7,15 +7,23 @@
 #include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_translator_table.h"
+#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_lib.h"
 
 namespace
 {
 
+constexpr char ENCODE[] = "Encode";
 constexpr uint32_t LINE_ITERATE_FAILED = 83;
 constexpr uint32_t LINE_NOTHING_ENCODED = 91;
 constexpr uint32_t LINE_ENCODED = 94;
+
+void ReportIterateFailed(void *libHandle, unsigned int result)
+{
+    GpbReport(libHandle, GPB_LOG_ERROR, ENCODE, LINE_ITERATE_FAILED,
+              "[GpbXmlCompiler][Encode]Fail to iterate xml doc, return %u.", result);
+}
 
 constexpr GpbSerializeLog SERIALIZE_LOG = {
     "GetGpbBuffer",
@@ -52,7 +60,9 @@ unsigned int GpbXmlCompiler::Encode(xmlDoc *pstDoc)
     {
         return GPB_COMPILER_NO_ROOT;
     }
-    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); });
+    return GpbGuardFactory(
+        ucFactoryBroken, GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); },
+        [this] { ReportIterateFailed(pvLibHandle, GPB_COMPILER_NO_MESSAGE); });
 }
 
 unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
@@ -62,19 +72,27 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
     const unsigned int result = IterXmlDoc(pstRoot, stack);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_ITERATE_FAILED,
-                "[GpbXmlCompiler][Encode]Fail to iterate xml doc, return %u.", result);
+        ReportIterateFailed(pvLibHandle, result);
         return result;
     }
     delete pstMessage;
     pstMessage = top.Release();
     if (pstMessage == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NOTHING_ENCODED, "[GpbXmlCompiler][Encode]Fail to encode.");
+        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE, LINE_NOTHING_ENCODED, "[GpbXmlCompiler][Encode]Fail to encode.");
         return GPB_COMPILER_OK;
     }
-    GPB_LOG(pvLibHandle, GPB_LOG_DUMP, LINE_ENCODED,
-            "[GpbXmlCompiler][Encode]Success encode, message structure is:\n%s.", pstMessage->DebugString().c_str());
+    if (GpbLogOpen(pvLibHandle, GPB_LOG_DUMP))
+    {
+        // The message is there: without memory for its dump only the dump is missing.
+        GpbNoThrow(
+            [this]
+            {
+                GpbReport(pvLibHandle, GPB_LOG_DUMP, ENCODE, LINE_ENCODED,
+                          "[GpbXmlCompiler][Encode]Success encode, message structure is:\n%s.",
+                          pstMessage->DebugString().c_str());
+            });
+    }
     return GPB_COMPILER_OK;
 }
 

@@ -2,11 +2,15 @@
  * What becomes of memory that cannot be had: a program of its own, since it replaces the process's operator new.
  *
  * The module is loaded before: the parser of proto files allocates in destructors, where no one can catch a failure.
- * Nobody listens to the context and nothing observes the platform: the recorders of the tests allocate themselves.
+ * What the context logs is kept in place and nothing observes the platform: the recorders of the tests allocate
+ * themselves.
  */
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <new>
+#include <set>
 #include <sstream>
 
 #include <google/protobuf/compiler/importer.h>
@@ -92,6 +96,71 @@ constexpr const char *kExpected =
     "name: 'n' case_a { case_sub { deep: '2' } } entry { case_one { one: '1' } } entry { case_two { two: '2' } } "
     "holder { name: 'a name that is too long for a text to keep in place' }";
 
+/** The lines "LEVEL: TEXT" since the last clearing, cut to their room. */
+constexpr size_t kMaxLines = 8;
+char g_lines[kMaxLines][200];
+size_t g_lineNum = 0;
+
+uint32_t keepLine(uint32_t, uint32_t level, const char *, const char *text)
+{
+    if (g_lineNum < kMaxLines)
+    {
+        std::snprintf(g_lines[g_lineNum], sizeof(g_lines[0]), "%u: %s", level, text);
+        ++g_lineNum;
+    }
+    return 0;
+}
+
+constexpr const char *kDumpStart = "3: [GpbXmlCompiler][Encode]Success encode, message structure is:";
+
+/** The lines that were kept, without that of the dump, whose presence is told apart. */
+std::vector<std::string> takeLines(bool &hasDump)
+{
+    std::vector<std::string> lines(g_lines, g_lines + g_lineNum);
+    g_lineNum = 0;
+    const auto isDump = [](const std::string &line) { return line.rfind(kDumpStart, 0) == 0; };
+    const auto end = std::remove_if(lines.begin(), lines.end(), isDump);
+    hasDump = end != lines.end();
+    lines.erase(end, lines.end());
+    return lines;
+}
+
+/** A leaf of kDocument, the line of its translator's failure, and the message without it. */
+struct LostLeaf
+{
+    const char *line;
+    const char *message;
+};
+
+constexpr LostLeaf kLostLeaves[] = {
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [name] value [n] to layer [choice.Top].",
+     "case_a { case_sub { deep: '2' } } entry { case_one { one: '1' } } entry { case_two { two: '2' } } "
+     "holder { name: 'a name that is too long for a text to keep in place' }"},
+    // What replaces these two comes later in the document.
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [a-leaf] value [1] to layer [choice.Top.case_a].",
+     kExpected},
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [text] value [t] to layer [choice.Top].", kExpected},
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [deep] value [2] to layer "
+     "[choice.Top.case_achoice.Top.case_a.case_sub].",
+     "name: 'n' case_a { case_sub {} } entry { case_one { one: '1' } } entry { case_two { two: '2' } } "
+     "holder { name: 'a name that is too long for a text to keep in place' }"},
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [one] value [1] to layer [choice.Top.entry.case_one].",
+     "name: 'n' case_a { case_sub { deep: '2' } } entry { case_one {} } entry { case_two { two: '2' } } "
+     "holder { name: 'a name that is too long for a text to keep in place' }"},
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [two] value [2] to layer [choice.Top.entry.case_two].",
+     "name: 'n' case_a { case_sub { deep: '2' } } entry { case_one { one: '1' } } entry { case_two {} } "
+     "holder { name: 'a name that is too long for a text to keep in place' }"},
+    {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [name] value [a name that is too long for a text to "
+     "keep in place] to layer [choice.Top.holder].",
+     "name: 'n' case_a { case_sub { deep: '2' } } entry { case_one { one: '1' } } entry { case_two { two: '2' } } "
+     "holder {}"},
+};
+
+const std::vector<std::string> kRefusedLines = {
+    "0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return 5.",
+    "0: [14GpbXmlCompiler]Fail to encode, error code is 5.",
+};
+
 class ThrowingNewTest : public ::testing::Test
 {
 protected:
@@ -104,8 +173,12 @@ protected:
         m_work.writeFile("reslink/protobuf/choice.proto", text.str());
         m_judge.addFile("choice.proto", text.str());
         m_live = GpbHost_LiveCount();
-        const GpbLibInitParam param = {1, 2, {}};
+        const GpbLibInitParam param = {1, 2, {{0, keepLine}, {0, nullptr}, {0, nullptr}, {3, keepLine}}};
         m_context = GPBLIB_Initial(&param);
+        // The indexes of names that protobuf makes once per file: it loses them when their memory cannot be had.
+        const gpbtest::XmlDocument document(kDocument);
+        (void)allocationsOf(document);
+        g_lineNum = 0;
     }
 
     void TearDown() override
@@ -113,6 +186,40 @@ protected:
         GPBLIB_Uninitial(m_context);
         EXPECT_EQ(m_live, GpbHost_LiveCount());
         GpbHost_SetWorkPath(nullptr);
+    }
+
+    /** How many allocations a fresh compiler needs for a document. */
+    uint64_t allocationsOf(const gpbtest::XmlDocument &document)
+    {
+        GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, "choice");
+        unsigned int length = 0;
+        unsigned int error = 1;
+        uint64_t count = 0;
+        {
+            const Arm arm(0);
+            (void)GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+            count = g_count;
+        }
+        EXPECT_EQ(0u, error);
+        GpbXmlCompiler_Destory(compiler);
+        return count;
+    }
+
+    /** Whether bytes are the message that is left when this line is all that was logged; none: the whole one. */
+    ::testing::AssertionResult holdsWhatIsLeft(const std::string &bytes, const std::vector<std::string> &lines)
+    {
+        if (lines.empty())
+        {
+            return m_judge.holds("choice.Top", bytes, kExpected);
+        }
+        for (const LostLeaf &leaf : kLostLeaves)
+        {
+            if (lines == std::vector<std::string>{leaf.line})
+            {
+                return m_judge.holds("choice.Top", bytes, leaf.message);
+            }
+        }
+        return ::testing::AssertionFailure() << gpbtest::joinLines(lines);
     }
 
     gpbtest::TempDirectory m_work;
@@ -147,45 +254,84 @@ TEST_F(ThrowingNewTest, CreateGivesNull)
     EXPECT_GT(failures, 2u);
 }
 
-// The first encode of a compiler makes the types as well; each run takes a fresh one.
-TEST_F(ThrowingNewTest, EncodeGivesNullOrTheWholeMessage)
+// The first encode of a compiler makes the types as well; each run takes a fresh one. One failed allocation ends the
+// walk, or costs the one leaf whose translator needed it, or the dump, or the result.
+TEST_F(ThrowingNewTest, EncodeIsRefusedOrLosesOneLeafOrItsDumpOrItsResult)
 {
     const gpbtest::XmlDocument document(kDocument);
-    uint64_t failures = 0;
-    for (uint64_t failing = 1;; ++failing)
+    std::set<std::string> lost;
+    uint64_t refused = 0;
+    uint64_t withoutDump = 0;
+    uint64_t withoutResult = 0;
+    uint64_t count = 0;
+    uint64_t failing = 0;
+    do
     {
+        ++failing;
         SCOPED_TRACE("allocation " + std::to_string(failing));
         GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, "choice");
         ASSERT_NE(nullptr, compiler);
         unsigned int length = 7;
         unsigned int error = 8;
         const char *bytes = nullptr;
-        uint64_t count = 0;
+        g_lineNum = 0;
         {
             const Arm arm(failing);
             bytes = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
             count = g_count;
         }
-        EXPECT_NE(8u, error);
-        const bool isDone = count < failing;
-        if (isDone)
+        bool hasDump = false;
+        const std::vector<std::string> lines = takeLines(hasDump);
+        if (bytes != nullptr)
         {
             EXPECT_EQ(0u, error);
-            EXPECT_TRUE(m_judge.holds("choice.Top", std::string(bytes, length), kExpected));
+            EXPECT_TRUE(holdsWhatIsLeft(std::string(bytes, length), lines));
+            EXPECT_TRUE(hasDump || lines.empty());
+            lost.insert(lines.begin(), lines.end());
+            withoutDump += hasDump ? 0 : 1;
+        }
+        else if (error == 0)
+        {
+            EXPECT_EQ(0u, length);
+            EXPECT_EQ("0: [GpbXmlCompiler][GetGpbBuffer]Fail to serialize.\n", gpbtest::joinLines(lines));
+            ++withoutResult;
         }
         else
         {
-            failures += bytes == nullptr ? 1 : 0;
-            // A result without bytes and without a code is one that could not be serialized.
-            EXPECT_TRUE(bytes != nullptr || error != 0 || length == 0);
+            EXPECT_EQ(5u, error);
+            EXPECT_EQ(7u, length);
+            EXPECT_EQ(kRefusedLines, lines);
+            ++refused;
         }
         GpbXmlCompiler_Destory(compiler);
-        if (isDone)
+    } while (count >= failing);
+    EXPECT_EQ(std::size(kLostLeaves), lost.size());
+    EXPECT_GT(refused, 20u);
+    EXPECT_GT(withoutDump, 0u);
+    EXPECT_GT(withoutResult, 0u);
+}
+
+// A switch of a choice looks at the layers and not into the old case, however much there is in it.
+TEST_F(ThrowingNewTest, FailedSwitchCostsTheSameHoweverLargeTheCase)
+{
+    const auto allocations = [&](int entries, int switches)
+    {
+        std::string content;
+        for (int i = 0; i < entries; ++i)
         {
-            break;
+            content += "<a-list><inside>1</inside></a-list>";
         }
-    }
-    EXPECT_GT(failures, 20u);
+        for (int i = 0; i < switches; ++i)
+        {
+            content += "<color>blue</color>";
+        }
+        const gpbtest::XmlDocument document("<top>" + content + "</top>");
+        // The dump is left out: it needs the more memory the larger the message is.
+        m_context->astPrint[3].pfnPrint = nullptr;
+        return allocationsOf(document);
+    };
+    const uint64_t small = allocations(1, 100) - allocations(1, 0);
+    EXPECT_EQ(small, allocations(500, 100) - allocations(500, 0));
 }
 
 // With memory again the compiler either encodes, or says that it cannot any more: types may have been made half.
@@ -208,7 +354,10 @@ TEST_F(ThrowingNewTest, EncodeAfterAFailureIsWholeOrRefused)
             GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
             count = g_count;
         }
+        g_lineNum = 0;
         const char *const bytes = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+        bool hasDump = false;
+        const std::vector<std::string> lines = takeLines(hasDump);
         EXPECT_EQ(error == 0, bytes != nullptr);
         if (bytes != nullptr)
         {
@@ -217,6 +366,7 @@ TEST_F(ThrowingNewTest, EncodeAfterAFailureIsWholeOrRefused)
         else
         {
             EXPECT_EQ(5u, error);
+            EXPECT_EQ(kRefusedLines, lines);
             ++refused;
         }
         GpbXmlCompiler_Destory(compiler);
