@@ -53,8 +53,8 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
 
 unsigned int GpbJsonCompiler::GPB_CompilerStackInitTop(cJSON *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory}, GpbLib_Json_GetObjectName(pstRoot),
-                            TOP_LAYER_LOG, stLayer);
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, pstMeasuredType},
+                            GpbLib_Json_GetObjectName(pstRoot), TOP_LAYER_LOG, stLayer);
 }
 
 unsigned int GpbJsonCompiler::GPB_PushItemAncestors(cJSON *pstRoot, cJSON *pstItem, GpbCompilerStack &stStack)

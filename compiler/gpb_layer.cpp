@@ -7,11 +7,13 @@
 #include <utility>
 
 #include "compiler/gpb_sub_message.h"
+#include "compiler/gpb_type_chain.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
+using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 using google::protobuf::Message;
@@ -20,6 +22,21 @@ namespace
 {
 
 constexpr uint32_t NO_SUFFIX = 1;
+
+// Null for a type that the factory would not survive: it makes the types of the fields by calling itself. The types
+// that it makes later on, for lists and choices, are all reached from the top, so they need no look of their own.
+const Message *TopPrototype(const GpbTopLayerSource &source, const Descriptor *type)
+{
+    if (source.measuredType != type)
+    {
+        if (GpbLongestTypeChain(type) > GPB_COMPILER_MAX_TYPE_CHAIN)
+        {
+            return nullptr;
+        }
+        source.measuredType = type;
+    }
+    return source.factory->GetPrototype(type);
+}
 
 } // namespace
 
@@ -50,7 +67,7 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
                   path);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
-    const Message *prototype = source.factory->GetPrototype(layer.pstDescriptor);
+    const Message *prototype = TopPrototype(source, layer.pstDescriptor);
     if (prototype == nullptr)
     {
         GpbReport(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,

@@ -35,6 +35,7 @@ struct GpbTopLayerSource
     const google::protobuf::FileDescriptor *file;
     const google::protobuf::compiler::Importer *importer;
     google::protobuf::DynamicMessageFactory *factory;
+    const google::protobuf::Descriptor *&measuredType; ///< the compiler's last top type that the factory can make
 };
 
 /// The function and the lines under which a compiler reports that its top layer cannot be made.

@@ -27,8 +27,8 @@ constexpr GpbTopLayerLog TOP_LAYER_LOG = {"InitCompilerTopLayer", 235, 241, 247}
 
 unsigned int GpbXmlCompiler::InitCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory}, GpbXmlNodeName(pstRoot),
-                            TOP_LAYER_LOG, stLayer);
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, pstMeasuredType},
+                            GpbXmlNodeName(pstRoot), TOP_LAYER_LOG, stLayer);
 }
 
 unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,

@@ -32,8 +32,8 @@ class GpbFieldFinder;
 #define GPB_COMPILER_ERR 1U     /**< null document, no reflection, presence container at the top, ancestors */
 #define GPB_COMPILER_NO_ROOT 2U /**< document without root element */
 #define GPB_COMPILER_NO_MESSAGE_TYPE 3U
-#define GPB_COMPILER_NO_PROTOTYPE 4U
-#define GPB_COMPILER_NO_MESSAGE 5U /**< message not created */
+#define GPB_COMPILER_NO_PROTOTYPE 4U /**< also: more than GPB_COMPILER_MAX_TYPE_CHAIN message types in each other */
+#define GPB_COMPILER_NO_MESSAGE 5U   /**< message not created */
 #define GPB_COMPILER_NO_FIELD 6U
 #define GPB_COMPILER_NOT_A_MESSAGE 7U /**< a container's field is no message */
 #define GPB_COMPILER_NO_TRANSLATOR 8U
@@ -254,6 +254,9 @@ protected:
 
     /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
     unsigned char ucFactoryBroken = 0;
+
+    /** The last top type whose types in each other were counted and found to be few enough, or null. */
+    const google::protobuf::Descriptor *pstMeasuredType = nullptr;
 };
 
 /** Turns an XML document into a serialized GPB message. */
