@@ -33,7 +33,7 @@ constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
 
-// The lines of empty leaves have always left the name out; hosts match their texts.
+// The lines of empty leaves deliberately leave the name out: tools that read logs compare these lines as a whole.
 constexpr char EMPTY_LEAF_LOG_NAME[] = "";
 
 // Frees an identity value.

@@ -68,11 +68,11 @@ GpbXmlCompilerBase *Create(void *libHandle, const char *moduleName, const GpbMod
                                             });
 }
 
-// The class name of a compiler as the type information stores it, a subclass's own name included.
+// The class name of a compiler as the type information stores it, a subclass's own name included. name() leaves out the
+// mark of a class that is local to its library, so there is nothing to cut off.
 const char *RunTimeName(const GpbXmlCompilerBase &compiler)
 {
-    const char *name = typeid(compiler).name();
-    return *name == '*' ? name + 1 : name;
+    return typeid(compiler).name();
 }
 
 } // namespace

@@ -3,7 +3,7 @@
  *
  * A host creates a compiler for a YANG module by name, runs it once, copies the result and destroys the compiler:
  *
- *     void *compiler = GpbXmlCompiler_CreateCompiler(context, "openconfig-telemetry");
+ *     GpbXmlCompilerBase *compiler = GpbXmlCompiler_CreateCompiler(context, "openconfig-telemetry");
  *     unsigned int length = 0, error = 0;
  *     const char *bytes = GpbXmlCompiler_Encode(compiler, document, &length, &error);
  *     ...
@@ -49,7 +49,8 @@ typedef struct GpbXmlCompilerBase GpbXmlCompilerBase;
      *
      * @param pvLibHandle   library context (GpbLibContext), which must outlive the compiler
      * @param pcModuleName  YANG module name; with ".proto" at most 63 characters
-     * @return the compiler, or null with one level-0 message
+     * @return the compiler, or null with one level-0 message; without memory and for a null context null without a
+     *         message
      */
     GPB_API GpbXmlCompilerBase *GpbXmlCompiler_CreateCompiler(void *pvLibHandle, const char *pcModuleName);
 

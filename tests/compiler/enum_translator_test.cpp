@@ -174,7 +174,7 @@ TEST_F(EnumTranslatorTest, HostileTextsStayInsideTheBuffers)
     expectStored("");
 }
 
-// The longest type name together with the longest token: the prefix alone is cut to the documented 127 characters.
+// The longest type name together with the longest token: the prefix alone is cut to what fits in GPB_NAME_SIZE.
 TEST_F(EnumTranslatorTest, LongTypeNameWithHostileText)
 {
     const std::string longName = "L" + std::string(199, 'o');
