@@ -85,4 +85,52 @@ TEST_F(ChoiceFailureOddities, LayersOfAFailedPushStayOpen)
     expectTopFails("<t-flag/>" + after, {"0: Gpb compiler empty leaf choice case node [t-flag] fail."});
 }
 
+// ---- what fails after the case was opened ----
+
+class AfterCaseTest : public gpbtest::CompilerFixture
+{
+protected:
+    void SetUp() override
+    {
+        CompilerFixture::SetUp();
+        addDataModule("choice");
+        open("choice");
+    }
+
+    void expectTop(const std::string &content, const std::string &textForm, const std::vector<std::string> &lines)
+    {
+        expectEncodes("<top>" + content + "</top>", "choice.Top", textForm, lines);
+    }
+
+    const std::string m_missed = "2: [GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [after] from "
+                                 "[choice.Top.case_a].";
+};
+
+TEST_F(AfterCaseTest, ContainerWithTextIsNoLeafAndClosesTheCase)
+{
+    expectTop("<a-box>text</a-box><name>n</name><after>a</after>", "case_a {} name: 'n' after: 'a'",
+              {"0: [GpbXmlCompiler][FillLeafField]Fail to find translator for node [a-box] type 11."});
+    compiler().ucStopOnError = 1;
+    expectFails("<top><a-box>text</a-box><name>n</name></top>", 8,
+                {"0: [GpbXmlCompiler][FillLeafField]Fail to find translator for node [a-box] type 11."});
+}
+
+using AfterCaseOddities = AfterCaseTest;
+
+// A container whose layer cannot be made does not take the case's layers back: the siblings that follow land there.
+TEST_F(AfterCaseOddities, ContainerThatIsALeafLeavesTheCaseOpen)
+{
+    expectTop("<a-leaf><x>1</x></a-leaf><name>n</name><after>a</after>", "case_a { name: 'n' }",
+              {"2: [GpbXmlCompiler][GenerateLayer]Fail to find message type for path choice.Top.case_a.a_leaf.",
+               "0: Create layer failed [a-leaf]", m_missed});
+}
+
+// As above, without a line of its own.
+TEST_F(AfterCaseOddities, PresenceContainerThatIsALeafLeavesTheCaseOpen)
+{
+    expectTop(
+        "<a-leaf>\n</a-leaf><name>n</name><after>a</after>", "case_a { name: 'n' }",
+        {"2: [GpbXmlCompiler][GenerateLayer]Fail to find message type for path choice.Top.case_a.a_leaf.", m_missed});
+}
+
 } // namespace

@@ -63,7 +63,11 @@ TEST_F(WalkNodeKindTest, CharacterReferencesAreText)
     expectTop("<box>&#10;</box>", "box {}");
 }
 
-TEST_F(WalkNodeKindTest, EntityReferenceIsNotFollowed)
+using WalkNodeKindOddities = WalkNodeKindTest;
+
+// A reference is deliberately passed over without a line: its declaration is no part of the document, and a
+// few bytes of entities could stand for any amount of content.
+TEST_F(WalkNodeKindOddities, EntityReferenceIsNotFollowed)
 {
     m_doctype = "<!DOCTYPE top [<!ENTITY name 'value'><!ENTITY tree '<count>9</count>'>]>";
     const std::vector<std::string> lines = {
