@@ -234,4 +234,63 @@ TEST_F(PushAncestorOddities, StackThatFillsOnTheWayKeepsWhatWasPushed)
     expectTop("l1 { l2 {} }");
 }
 
+// ---- a choice that switches, on a stack that was filled by hand ----
+
+class PushCaseTest : public PushAncestorTest
+{
+protected:
+    void SetUp() override
+    {
+        PushAncestorTest::SetUp();
+        addDataModule("choice");
+        m_top = newMessage("choice.Top");
+        stackWithTopAt(1);
+        ASSERT_EQ(0u, push("choice.Top.CaseA", "case_sub")); // slots 1 and 2
+        m_stack.uiLayerNum = 1;
+    }
+
+    unsigned int push(const std::string &typeName, const std::string &name)
+    {
+        return GPB_PushAncesDescriptor(field(typeName, name), m_stack);
+    }
+
+    void fillByHand(uint32_t slot)
+    {
+        m_stack.astLayer[slot].pstDescriptor = type("choice.Top.Holder");
+        m_stack.astLayer[slot].pstMessage = newMessage("choice.Top.Holder");
+    }
+
+    void expectUnused(uint32_t slot)
+    {
+        EXPECT_EQ(nullptr, m_stack.astLayer[slot].pstDescriptor) << slot;
+        EXPECT_EQ(nullptr, m_stack.astLayer[slot].pstMessage) << slot;
+    }
+};
+
+TEST_F(PushCaseTest, LayersOfTheOldCaseAreGivenUp)
+{
+    EXPECT_EQ(0u, push("choice.Top", "case_b"));
+    expectLayer(1, "choice.Top.CaseB", sub(m_top, "case_b"), "anc.Top.case_b");
+    expectUnused(2);
+}
+
+// Nobody knows whether it is a part of the old case.
+TEST_F(PushCaseTest, LayerOfUnknownLineageIsGivenUpAsWell)
+{
+    fillByHand(2);
+    fillByHand(3);
+    EXPECT_EQ(0u, push("choice.Top", "case_b"));
+    expectUnused(2);
+    expectUnused(3);
+}
+
+TEST_F(PushCaseTest, WithoutASwitchLayersStay)
+{
+    fillByHand(3);
+    EXPECT_EQ(0u, push("choice.Top", "case_a"));
+    expectLayer(1, "choice.Top.CaseA", sub(m_top, "case_a"), "anc.Top.case_a");
+    EXPECT_EQ(type("choice.Top.CaseA.Sub"), m_stack.astLayer[2].pstDescriptor);
+    EXPECT_EQ(type("choice.Top.Holder"), m_stack.astLayer[3].pstDescriptor);
+}
+
 } // namespace
