@@ -2,9 +2,9 @@
 #include <cjson/cJSON.h>
 #include <libxml/tree.h>
 
+#include "compiler/gpb_layer.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
-#include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "platform/yos.h"
@@ -62,8 +62,8 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
     const unsigned int result = IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__, "[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return %u.",
-                result);
+        GpbReport(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,
+                  "[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return %u.", result);
     }
     return result;
 }

@@ -16,6 +16,7 @@
 #include <google/protobuf/compiler/importer.h>
 
 #include "compiler/compiler_fixture.h"
+#include "compiler/json_fixture.h"
 
 namespace
 {
@@ -309,6 +310,49 @@ TEST_F(ThrowingNewTest, EncodeIsRefusedOrLosesOneLeafOrItsDumpOrItsResult)
     EXPECT_GT(refused, 20u);
     EXPECT_GT(withoutDump, 0u);
     EXPECT_GT(withoutResult, 0u);
+}
+
+// The compilers share the guard of the factory; here its lines in the JSON compiler.
+TEST_F(ThrowingNewTest, JsonRefusalsAreLogged)
+{
+    const std::vector<std::string> kEncodeLines = {"0: Gpb compiler encode fail to iterate json, return 1.",
+                                                   "0: Fail to encode, error code is 1."};
+    const std::vector<std::string> kAttrLines = {"0: Gpb compiler prepare fail 1.",
+                                                 "0: Fail to encode, error code is 1."};
+    const std::vector<std::string> kSerializeLines = {"0: Gpb compiler Fail to serialize."};
+    const gpbtest::JsonTree tree(R"({"top":{"name":"n","holder":{"name":"m"}}})");
+    uint64_t refused = 0;
+    uint64_t count = 0;
+    uint64_t failing = 0;
+    do
+    {
+        ++failing;
+        SCOPED_TRACE("allocation " + std::to_string(failing));
+        GpbXmlCompilerBase *const compiler = GpbJsonCompiler_CreateJsonCompiler(m_context, "choice");
+        ASSERT_NE(nullptr, compiler);
+        unsigned int length = 7;
+        const char *bytes = nullptr;
+        g_lineNum = 0;
+        {
+            const Arm arm(failing);
+            bytes = GpbXmlCompiler_EncodeJson(compiler, tree.root(), tree.root(), &length);
+            count = g_count;
+        }
+        bool hasDump = false;
+        const std::vector<std::string> lines = takeLines(hasDump);
+        EXPECT_TRUE(bytes != nullptr || lines == kEncodeLines || lines == kSerializeLines);
+        if (bytes == nullptr && lines == kEncodeLines)
+        {
+            ++refused;
+            EXPECT_EQ(nullptr, GpbXmlCompiler_EncodeJson(compiler, tree.root(), tree.root(), &length));
+            EXPECT_EQ(kEncodeLines, takeLines(hasDump));
+            GpbMdlAttr attr = {};
+            EXPECT_EQ(1u, GpbXmlCompiler_GetMdlAttr(m_context, compiler, tree.root(), tree.at("holder"), &attr));
+            EXPECT_EQ(kAttrLines, takeLines(hasDump));
+        }
+        GpbXmlCompiler_Destory(compiler);
+    } while (count >= failing);
+    EXPECT_GT(refused, 20u);
 }
 
 // A switch of a choice looks at the layers and not into the old case, however much there is in it.
