@@ -21,8 +21,8 @@ constexpr uint32_t LINE_NO_LAYER_MESSAGE = 698;
 
 void ReportIterateFailed(void *libHandle, unsigned int result)
 {
-    GpbReport(libHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_ITERATE_FAILED,
-              "Gpb compiler encode fail to iterate json, return %u.", result);
+    GPB_LOG_AS(libHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_ITERATE_FAILED,
+               "Gpb compiler encode fail to iterate json, return %u.", result);
 }
 
 // A result is taken from the layers below this one only.
@@ -69,8 +69,8 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
     unsigned int result = GPB_CompilerStackPrepare(pstRoot, pstItem, stack);
     if (result != GPB_COMPILER_OK)
     {
-        GpbReport(pvLibHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.",
-                  result);
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, ENCODE_JSON, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.",
+                   result);
         return result;
     }
     // Taken before the walk and read after it: a pop leaves the message in its slot, and the last one pushed there is
@@ -93,12 +93,12 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
     pstLayerMessage = layerMessage;
     if (pstMessage == nullptr)
     {
-        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
     }
     if (pstLayerMessage == nullptr)
     {
-        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_LAYER_MESSAGE,
-                  "Gpb layer compiler encode fail to encode.");
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, ENCODE_JSON, LINE_NO_LAYER_MESSAGE,
+                   "Gpb layer compiler encode fail to encode.");
     }
     return GPB_COMPILER_OK;
 }

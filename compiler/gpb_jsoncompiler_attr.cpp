@@ -30,7 +30,7 @@ constexpr uint32_t LINE_NO_TOP_MESSAGE = 741;
 
 void ReportPrepareFailed(void *libHandle, unsigned int result)
 {
-    GpbReport(libHandle, GPB_LOG_ERROR, GET_MDL_ATTR, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.", result);
+    GPB_LOG_AS(libHandle, GPB_LOG_ERROR, GET_MDL_ATTR, LINE_PREPARE_FAILED, "Gpb compiler prepare fail %u.", result);
 }
 
 struct DataType
@@ -110,7 +110,7 @@ unsigned int GpbJsonCompiler::FillMdlAttr(const void *pvHandle, cJSON *pstRoot, 
     KeepTopMessage(top.Release());
     if (pstMessage == nullptr)
     {
-        GpbReport(pvLibHandle, GPB_LOG_SKIP, GET_MDL_ATTR, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, GET_MDL_ATTR, LINE_NO_TOP_MESSAGE, "Gpb compiler encode fail to encode.");
     }
     return GPB_FillLeafMdlAttr(pvHandle, descriptor, *static_cast<GpbMdlAttr *>(pvMdlAttr));
 }

@@ -63,22 +63,22 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
     layer.pstDescriptor = source.importer->pool()->FindMessageTypeByName(layer.strXPath);
     if (layer.pstDescriptor == nullptr)
     {
-        GpbReport(source.libHandle, GPB_LOG_SKIP, log.function, log.typeLine, "Fail to find message type for path %s.",
-                  path);
+        GPB_LOG_AS(source.libHandle, GPB_LOG_SKIP, log.function, log.typeLine, "Fail to find message type for path %s.",
+                   path);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
     const Message *prototype = TopPrototype(source, layer.pstDescriptor);
     if (prototype == nullptr)
     {
-        GpbReport(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,
-                  "Fail to get proto type for path %s.", path);
+        GPB_LOG_AS(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,
+                   "Fail to get proto type for path %s.", path);
         return GPB_COMPILER_NO_PROTOTYPE;
     }
     layer.pstMessage = prototype->New();
     if (layer.pstMessage == nullptr)
     {
-        GpbReport(source.libHandle, GPB_LOG_ERROR, log.function, log.messageLine, "Fail to new message for path %s",
-                  path);
+        GPB_LOG_AS(source.libHandle, GPB_LOG_ERROR, log.function, log.messageLine, "Fail to new message for path %s",
+                   path);
         return GPB_COMPILER_NO_MESSAGE;
     }
     return GPB_COMPILER_OK;
@@ -125,7 +125,7 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
     *length = 0;
     if (message == nullptr)
     {
-        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
         return nullptr;
     }
     // The look for required fields allocates, too: a failure of it is one to serialize.
@@ -138,16 +138,16 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
                                    });
     if (!isInitialized)
     {
-        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.notInitializedLine, "%s", log.notInitializedText);
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, log.function, log.notInitializedLine, "%s", log.notInitializedText);
         return nullptr;
     }
     if (!isDone)
     {
-        GpbReport(libHandle, GPB_LOG_ERROR, log.function, log.failedLine, "%s", log.failedText);
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, log.function, log.failedLine, "%s", log.failedText);
         return nullptr;
     }
     *length = static_cast<unsigned int>(buffer.size());
-    GpbReport(libHandle, GPB_LOG_PROGRESS, log.function, log.doneLine, log.doneText, *length);
+    GPB_LOG_AS(libHandle, GPB_LOG_PROGRESS, log.function, log.doneLine, log.doneText, *length);
     return buffer.data();
 }
 

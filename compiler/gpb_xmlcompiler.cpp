@@ -21,8 +21,8 @@ constexpr uint32_t LINE_ENCODED = 94;
 
 void ReportIterateFailed(void *libHandle, unsigned int result)
 {
-    GpbReport(libHandle, GPB_LOG_ERROR, ENCODE, LINE_ITERATE_FAILED,
-              "[GpbXmlCompiler][Encode]Fail to iterate xml doc, return %u.", result);
+    GPB_LOG_AS(libHandle, GPB_LOG_ERROR, ENCODE, LINE_ITERATE_FAILED,
+               "[GpbXmlCompiler][Encode]Fail to iterate xml doc, return %u.", result);
 }
 
 constexpr GpbSerializeLog SERIALIZE_LOG = {
@@ -79,20 +79,17 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
     pstMessage = top.Release();
     if (pstMessage == nullptr)
     {
-        GpbReport(pvLibHandle, GPB_LOG_SKIP, ENCODE, LINE_NOTHING_ENCODED, "[GpbXmlCompiler][Encode]Fail to encode.");
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, ENCODE, LINE_NOTHING_ENCODED, "[GpbXmlCompiler][Encode]Fail to encode.");
         return GPB_COMPILER_OK;
     }
-    if (GpbLogOpen(pvLibHandle, GPB_LOG_DUMP))
-    {
-        // The message is there: without memory for its dump only the dump is missing.
-        GpbNoThrow(
-            [this]
-            {
-                GpbReport(pvLibHandle, GPB_LOG_DUMP, ENCODE, LINE_ENCODED,
-                          "[GpbXmlCompiler][Encode]Success encode, message structure is:\n%s.",
-                          pstMessage->DebugString().c_str());
-            });
-    }
+    // The message is there: without memory for its dump only the dump is missing.
+    GpbNoThrow(
+        [this]
+        {
+            GPB_LOG_AS(pvLibHandle, GPB_LOG_DUMP, ENCODE, LINE_ENCODED,
+                       "[GpbXmlCompiler][Encode]Success encode, message structure is:\n%s.",
+                       pstMessage->DebugString().c_str());
+        });
     return GPB_COMPILER_OK;
 }
 

@@ -62,8 +62,8 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
     const unsigned int result = IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
     if (result != GPB_COMPILER_OK)
     {
-        GpbReport(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,
-                  "[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return %u.", result);
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,
+                   "[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return %u.", result);
     }
     return result;
 }
