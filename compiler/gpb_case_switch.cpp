@@ -1,13 +1,13 @@
 #include "compiler/gpb_case_switch.h"
 
-#include <algorithm>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
-#include <utility>
+#include <vector>
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
 using google::protobuf::OneofDescriptor;
+using google::protobuf::Reflection;
 
 namespace
 {
@@ -19,38 +19,51 @@ uint32_t SlotBit(uint32_t slot)
     return UINT32_C(1) << slot;
 }
 
-// Whether the slot holds the layer that was pushed there, and not one that somebody wrote into it.
-bool KnowsLineage(const GpbCompilerStack &stack, uint32_t slot)
+// Slots that were popped but still know their message.
+uint32_t LeftBehindSlots(const GpbCompilerStack &stack)
 {
-    return stack.apstLineage[slot][slot] == stack.astLayer[slot].pstMessage;
-}
-
-// Whether the message of a slot is `message`, which lies as deep as slot `depth`, or a part of it. A slot of which that
-// is not known might be.
-bool MayLieIn(const GpbCompilerStack &stack, uint32_t slot, const Message &message, uint32_t depth)
-{
-    if (slot == depth)
-    {
-        return stack.astLayer[slot].pstMessage == &message;
-    }
-    const Message *ancestor = KnowsLineage(stack, slot) ? stack.apstLineage[slot][depth] : nullptr;
-    return ancestor == nullptr || ancestor == &message;
-}
-
-// Popped slots that still know a message, and whose message is `message` or a part of it.
-uint32_t LeftBehindSlots(const GpbCompilerStack &stack, const Message &message)
-{
-    // A slot's message lies as deep in the top message as the slot on the stack, also when a slot above it was reused.
-    const uint32_t depth = std::max(stack.uiLayerNum, UINT32_C(1));
     uint32_t slots = 0;
-    for (uint32_t i = depth; i < GPB_COMPILER_STACK_DEPTH; ++i)
+    for (uint32_t i = stack.uiLayerNum; i < GPB_COMPILER_STACK_DEPTH; ++i)
     {
-        if (stack.astLayer[i].pstMessage != nullptr && MayLieIn(stack, i, message, depth))
+        if (stack.astLayer[i].pstMessage != nullptr)
         {
             slots |= SlotBit(i);
         }
     }
     return slots;
+}
+
+// Those of `slots` whose message is `message` or a part of it. Messages nest no deeper than the stack is high.
+uint32_t SlotsWithin(const GpbCompilerStack &stack, uint32_t slots, const Message &message)
+{
+    uint32_t found = 0;
+    for (uint32_t i = 0; i < GPB_COMPILER_STACK_DEPTH; ++i)
+    {
+        if ((slots & SlotBit(i)) != 0 && stack.astLayer[i].pstMessage == &message)
+        {
+            found |= SlotBit(i);
+        }
+    }
+    const Reflection *reflection = message.GetReflection();
+    std::vector<const FieldDescriptor *> fields;
+    reflection->ListFields(message, &fields);
+    for (const FieldDescriptor *field : fields)
+    {
+        if (field->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE)
+        {
+            continue;
+        }
+        if (!field->is_repeated())
+        {
+            found |= SlotsWithin(stack, slots, reflection->GetMessage(message, field));
+            continue;
+        }
+        for (int i = 0; i < reflection->FieldSize(message, field); ++i)
+        {
+            found |= SlotsWithin(stack, slots, reflection->GetRepeatedMessage(message, field, i));
+        }
+    }
+    return found;
 }
 
 const FieldDescriptor *CurrentCase(const Message &message, const OneofDescriptor *choice)
@@ -59,24 +72,6 @@ const FieldDescriptor *CurrentCase(const Message &message, const OneofDescriptor
 }
 
 } // namespace
-
-void GpbPushLayer(GpbCompilerStack &stack, GpbCompilerStackLayer &&layer)
-{
-    const uint32_t slot = stack.uiLayerNum;
-    const Message **lineage = stack.apstLineage[slot];
-    std::fill_n(lineage, GPB_COMPILER_STACK_DEPTH, nullptr);
-    if (slot > 0)
-    {
-        if (KnowsLineage(stack, slot - 1))
-        {
-            std::copy_n(stack.apstLineage[slot - 1], slot, lineage);
-        }
-        lineage[slot - 1] = stack.astLayer[slot - 1].pstMessage;
-    }
-    lineage[slot] = layer.pstMessage;
-    stack.astLayer[slot] = std::move(layer);
-    ++stack.uiLayerNum;
-}
 
 GpbCaseSwitch::GpbCaseSwitch(GpbCompilerStack &stack, Message *message, const FieldDescriptor *field)
     : stack_(stack), message_(message)
@@ -91,8 +86,13 @@ GpbCaseSwitch::GpbCaseSwitch(GpbCompilerStack &stack, Message *message, const Fi
     {
         return;
     }
+    const uint32_t slots = LeftBehindSlots(stack);
+    if (slots == 0)
+    {
+        return;
+    }
     oldCase_ = current;
-    endangered_ = LeftBehindSlots(stack, message->GetReflection()->GetMessage(*message, current));
+    endangered_ = SlotsWithin(stack, slots, message->GetReflection()->GetMessage(*message, current));
 }
 
 GpbCaseSwitch::~GpbCaseSwitch()

@@ -1,4 +1,4 @@
-// Pushing layers, and what a choice that switches to another case does to the layers that earlier pops left behind.
+// What a choice that switches to another case does to the layers that earlier pops left behind.
 #ifndef GPB_COMPILER_GPB_CASE_SWITCH_H
 #define GPB_COMPILER_GPB_CASE_SWITCH_H
 
@@ -6,14 +6,9 @@
 
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// Puts a layer, whose message lies in that of the top layer, above it. There has to be room. The slot learns which
-/// messages its own lies in, by which GpbCaseSwitch recognises it.
-void GpbPushLayer(GpbCompilerStack &stack, GpbCompilerStackLayer &&layer);
-
-/// Stands around an operation that may store `field` in `message`, that of the top layer. If that makes a oneof switch
-/// to another case, protobuf frees the message of the old case; slots above the top of the stack that hold a part of it
-/// are then made unused, so that nobody reuses a message that is gone. Costs a look at each slot, however large the old
-/// case is.
+/// Stands around an operation that may store `field` in `message`. If that makes a oneof switch to another case,
+/// protobuf frees the message of the old case; slots above the top of the stack that hold a part of it are then made
+/// unused, so that nobody reuses a message that is gone.
 class GpbCaseSwitch
 {
 public:

@@ -41,7 +41,8 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
                 layer.strXPath.c_str());
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GpbPushLayer(stStack, std::move(layer));
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
     const unsigned int result = GPB_PushItemAncestors(pstRoot, pstItem, stStack);
     if (result != GPB_COMPILER_OK)
     {
@@ -173,7 +174,8 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
                 GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GpbPushLayer(stStack, std::move(layer));
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
     return GPB_COMPILER_OK;
 }
 

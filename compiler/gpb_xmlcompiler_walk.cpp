@@ -105,7 +105,8 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
                 GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GpbPushLayer(stStack, std::move(layer));
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
     result = IterXmlDoc(pstNode->children, stStack);
     // Pops the layers of the case, too.
     stStack.uiLayerNum = layerNum;
@@ -127,7 +128,8 @@ unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerS
                 layer.strXPath.c_str());
         return GPB_COMPILER_STACK_FULL;
     }
-    GpbPushLayer(stStack, std::move(layer));
+    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
+    ++stStack.uiLayerNum;
     const uint32_t layerNum = stStack.uiLayerNum;
     const unsigned int walkResult = IterXmlDoc(pstRoot->children, stStack);
     // The top layer stays on the stack: its message is the result.

@@ -134,7 +134,11 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
         {
             return GPB_COMPILER_ERR;
         }
-        GpbPushLayer(stack, {entry->message_type(), message, path});
+        GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
+        layer.strXPath = path;
+        layer.pstDescriptor = entry->message_type();
+        layer.pstMessage = message;
+        ++stack.uiLayerNum;
     }
     return GPB_COMPILER_OK;
 }

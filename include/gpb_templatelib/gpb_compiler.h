@@ -56,10 +56,6 @@ struct GpbCompilerStack
 {
     GpbCompilerStackLayer astLayer[GPB_COMPILER_STACK_DEPTH];
     uint32_t uiLayerNum = 0;
-
-    /** Per slot the messages in which that of its layer lies, the top message first and its own at the slot's number,
-     * as they were when the layer was pushed; null where that is not known. */
-    const google::protobuf::Message *apstLineage[GPB_COMPILER_STACK_DEPTH][GPB_COMPILER_STACK_DEPTH] = {};
 };
 
 extern "C"
