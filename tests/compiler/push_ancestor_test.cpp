@@ -274,14 +274,12 @@ TEST_F(PushCaseTest, LayersOfTheOldCaseAreGivenUp)
     expectUnused(2);
 }
 
-// Nobody knows whether it is a part of the old case.
-TEST_F(PushCaseTest, LayerOfUnknownLineageIsGivenUpAsWell)
+TEST_F(PushCaseTest, LayerOfAnotherMessageStays)
 {
-    fillByHand(2);
     fillByHand(3);
     EXPECT_EQ(0u, push("choice.Top", "case_b"));
     expectUnused(2);
-    expectUnused(3);
+    EXPECT_EQ(type("choice.Top.Holder"), m_stack.astLayer[3].pstDescriptor);
 }
 
 TEST_F(PushCaseTest, WithoutASwitchLayersStay)
