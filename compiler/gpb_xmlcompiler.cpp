@@ -3,14 +3,12 @@
 
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
-#include <memory>
 
+#include "compiler/gpb_layer.h"
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_lib.h"
-
-using google::protobuf::Message;
 
 namespace
 {
@@ -18,31 +16,17 @@ namespace
 constexpr uint32_t LINE_ITERATE_FAILED = 83;
 constexpr uint32_t LINE_NOTHING_ENCODED = 91;
 constexpr uint32_t LINE_ENCODED = 94;
-constexpr uint32_t LINE_NO_MESSAGE = 114;
-constexpr uint32_t LINE_NOT_INITIALIZED = 119;
-constexpr uint32_t LINE_SERIALIZE_FAILED = 125;
-constexpr uint32_t LINE_SERIALIZED = 131;
 
-// Owns the message of layer 0 until the encode takes it.
-class TopMessage
-{
-public:
-    explicit TopMessage(GpbCompilerStack &stack) : top_(stack.astLayer[0]) {}
-
-    ~TopMessage()
-    {
-        delete top_.pstMessage;
-        top_.pstDescriptor = nullptr;
-        top_.pstMessage = nullptr;
-    }
-
-    TopMessage(const TopMessage &) = delete;
-    TopMessage &operator=(const TopMessage &) = delete;
-
-    Message *Release() { return std::exchange(top_.pstMessage, nullptr); }
-
-private:
-    GpbCompilerStackLayer &top_;
+constexpr GpbSerializeLog SERIALIZE_LOG = {
+    "GetGpbBuffer",
+    114,
+    "[GpbXmlCompiler][GetGpbBuffer]top message is null.",
+    119,
+    "[GpbXmlCompiler][GetGpbBuffer]top message is not initialized.",
+    125,
+    "[GpbXmlCompiler][GetGpbBuffer]Fail to serialize.",
+    131,
+    "[GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is %u.",
 };
 
 } // namespace
@@ -74,7 +58,7 @@ unsigned int GpbXmlCompiler::Encode(xmlDoc *pstDoc)
 unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
 {
     GpbCompilerStack stack;
-    TopMessage top(stack);
+    GpbTopMessage top(stack);
     const unsigned int result = IterXmlDoc(pstRoot, stack);
     if (result != GPB_COMPILER_OK)
     {
@@ -101,34 +85,10 @@ const char *GpbXmlCompiler::GetResult(unsigned int *puiLen)
 
 const char *GpbXmlCompiler::GetGpbBuffer(unsigned int *puiLen)
 {
-    if (puiLen == nullptr)
-    {
-        return nullptr;
-    }
-    *puiLen = 0;
-    if (pstMessage == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_MESSAGE, "[GpbXmlCompiler][GetGpbBuffer]top message is null.");
-        return nullptr;
-    }
-    if (!pstMessage->IsInitialized())
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NOT_INITIALIZED,
-                "[GpbXmlCompiler][GetGpbBuffer]top message is not initialized.");
-        return nullptr;
-    }
-    if (!GpbNoThrow(false, [&] { return pstMessage->SerializeToString(&strGpbBuffer); }))
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_SERIALIZE_FAILED, "[GpbXmlCompiler][GetGpbBuffer]Fail to serialize.");
-        return nullptr;
-    }
-    *puiLen = static_cast<unsigned int>(strGpbBuffer.size());
-    GPB_LOG(pvLibHandle, GPB_LOG_PROGRESS, LINE_SERIALIZED,
-            "[GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is %u.", *puiLen);
-    return strGpbBuffer.data();
+    return GpbSerialize(pvLibHandle, pstMessage, SERIALIZE_LOG, strGpbBuffer, puiLen);
 }
 
 std::string GpbXmlCompiler::GetEncodeDebugString() const
 {
-    return pstMessage == nullptr ? "There is no valid encode message." : pstMessage->DebugString();
+    return GpbDebugText(pstMessage);
 }

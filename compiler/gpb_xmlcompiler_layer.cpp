@@ -5,62 +5,30 @@
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
 
+#include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
-#include "gpb_templatelib/gpb_descriptor.h"
-#include "platform/safe_string.h"
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
-using google::protobuf::Reflection;
 
 namespace
 {
 
 constexpr uint32_t LINE_NOT_A_MESSAGE = 199;
-constexpr uint32_t LINE_TOP_NO_TYPE = 235;
-constexpr uint32_t LINE_TOP_NO_PROTOTYPE = 241;
-constexpr uint32_t LINE_TOP_NO_MESSAGE = 247;
 constexpr uint32_t LINE_NO_TYPE = 542;
 constexpr uint32_t LINE_NO_PROTOTYPE = 549;
 constexpr uint32_t LINE_NO_MESSAGE = 557;
 
-constexpr uint32_t NO_SUFFIX = 1;
+constexpr GpbTopLayerLog TOP_LAYER_LOG = {"InitCompilerTopLayer", 235, 241, 247};
 
 } // namespace
 
 unsigned int GpbXmlCompiler::InitCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    char name[GPB_NAME_SIZE] = {};
-    if (strcpy_s(name, sizeof(name), GpbXmlNodeName(pstRoot)) != 0)
-    {
-        return GPB_COMPILER_ROOT_NAME_TOO_LONG;
-    }
-    (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
-    stLayer.strXPath.append(pstFileDesc->package()).append(".").append(name);
-    stLayer.pstDescriptor = pstImporter->pool()->FindMessageTypeByName(stLayer.strXPath);
-    if (stLayer.pstDescriptor == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_TOP_NO_TYPE, "Fail to find message type for path %s.",
-                stLayer.strXPath.c_str());
-        return GPB_COMPILER_NO_MESSAGE_TYPE;
-    }
-    const Message *prototype = pstMsgFactory->GetPrototype(stLayer.pstDescriptor);
-    if (prototype == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TOP_NO_PROTOTYPE, "Fail to get proto type for path %s.",
-                stLayer.strXPath.c_str());
-        return GPB_COMPILER_NO_PROTOTYPE;
-    }
-    stLayer.pstMessage = prototype->New();
-    if (stLayer.pstMessage == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TOP_NO_MESSAGE, "Fail to new message for path %s",
-                stLayer.strXPath.c_str());
-        return GPB_COMPILER_NO_MESSAGE;
-    }
-    return GPB_COMPILER_OK;
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory}, GpbXmlNodeName(pstRoot),
+                            TOP_LAYER_LOG, stLayer);
 }
 
 unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
@@ -98,9 +66,7 @@ unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCo
 void GpbXmlCompiler::GenerateXPath(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
                                    const FieldDescriptor *pstField)
 {
-    stLayer.strXPath.append(pstUpper == nullptr ? pstFileDesc->package() : pstUpper->strXPath)
-        .append(".")
-        .append(pstField->name());
+    GpbAppendXPath(stLayer, pstUpper, *pstFileDesc, *pstField);
 }
 
 unsigned int GpbXmlCompiler::AddLayerToUpperLayer(const GpbCompilerStackLayer &stUpper, GpbCompilerStackLayer &stLayer,
@@ -113,17 +79,6 @@ unsigned int GpbXmlCompiler::AddLayerToUpperLayer(const GpbCompilerStackLayer &s
                 pstField->name().c_str(), static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_NOT_A_MESSAGE;
     }
-    Message *upper = stUpper.pstMessage;
-    if (upper == nullptr || upper->GetDescriptor() != pstField->containing_type())
-    {
-        return GPB_COMPILER_ERR;
-    }
-    const Reflection *reflection = upper->GetReflection();
-    if (reflection == nullptr)
-    {
-        return GPB_COMPILER_ERR;
-    }
-    stLayer.pstMessage = pstField->is_repeated() ? reflection->AddMessage(upper, pstField, nullptr)
-                                                 : reflection->MutableMessage(upper, pstField, nullptr);
-    return GPB_COMPILER_OK;
+    stLayer.pstMessage = GpbOpenSubMessage(stUpper.pstMessage, pstField);
+    return stLayer.pstMessage == nullptr ? GPB_COMPILER_ERR : GPB_COMPILER_OK;
 }

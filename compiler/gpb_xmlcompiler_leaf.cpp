@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
@@ -45,12 +46,6 @@ char *AsText(const GpbXmlText &text)
     return reinterpret_cast<char *>(text.get());
 }
 
-// The top layer, or the unused first slot of an empty stack, in which nothing is found.
-GpbCompilerStackLayer &TopLayer(GpbCompilerStack &stack)
-{
-    return stack.astLayer[stack.uiLayerNum == 0 ? 0 : stack.uiLayerNum - 1];
-}
-
 } // namespace
 
 unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
@@ -72,12 +67,13 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindLeaf(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFieldFinder::Found found =
+        pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
                 "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", name,
-                TopLayer(stStack).strXPath.c_str());
+                GpbTopLayer(stStack).strXPath.c_str());
         return GPB_COMPILER_NO_FIELD;
     }
     if (found.caseField != nullptr)
@@ -95,8 +91,8 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     char *value = identity == nullptr ? AsText(text) : identity.get();
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, TopLayer(stStack).pstMessage, found.field);
-        result = FillLeafField(TopLayer(stStack), found.field, value, name);
+        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
+        result = FillLeafField(GpbTopLayer(stStack), found.field, value, name);
     }
     stStack.uiLayerNum = layerNum;
     return result;
@@ -110,12 +106,13 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindNode(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFieldFinder::Found found =
+        pstFieldFinder->FindNode(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_EMPTY_LEAF_FIELD,
                 "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", EMPTY_LEAF_LOG_NAME,
-                TopLayer(stStack).strXPath.c_str());
+                GpbTopLayer(stStack).strXPath.c_str());
         return GPB_COMPILER_OK;
     }
     if (found.caseField != nullptr)
@@ -138,8 +135,8 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, TopLayer(stStack).pstMessage, found.field);
-        result = FillLeafField(TopLayer(stStack), found.field, EMPTY_LEAF_VALUE, name);
+        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
+        result = FillLeafField(GpbTopLayer(stStack), found.field, EMPTY_LEAF_VALUE, name);
     }
     stStack.uiLayerNum = layerNum;
     return result;

@@ -9,7 +9,9 @@
 #ifndef GPB_TEMPLATELIB_GPB_COMPILER_H
 #define GPB_TEMPLATELIB_GPB_COMPILER_H
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -38,6 +40,8 @@ class GpbFieldFinder;
 #define GPB_COMPILER_NO_ENUM_VALUE 9U
 #define GPB_COMPILER_STACK_FULL 10U
 #define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U
+#define GPB_COMPILER_NO_JSON_ITEM 11U            /**< XML to JSON: an item cannot be made, or a root name too long */
+#define GPB_COMPILER_JSON_STACK_FULL 0xFFFFFFFFU /**< JSON to GPB: a container beyond the last layer */
 
 /** One open message. */
 struct GpbCompilerStackLayer
@@ -80,6 +84,77 @@ extern "C"
                                                     const google::protobuf::Descriptor *pstTop,
                                                     const google::protobuf::FieldDescriptor **ppstAncestors,
                                                     unsigned int uiMaxNum);
+
+    /* ---- JSON nodes: a thin layer over cJSON; the module id is accepted and not used ---- */
+
+    /** Adds a member to an object; the new item, or null without memory or object. */
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddTrue(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddFalse(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddNumber(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                      double dValue);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddString(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                      const char *pcText);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddRaw(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                   const char *pcText);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+    GPB_API struct cJSON *GpbLib_Json_ObjectAddArray(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+
+    /** Makes an item of its own, freed with GpbLib_Json_NodeFree unless it is added to another one; null without
+     * memory. */
+    GPB_API struct cJSON *GpbLib_Json_AllocObject(uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbLib_Json_AllocArray(uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbLib_Json_AllocTrue(uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbLib_Json_AllocFalse(uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbLib_Json_AllocNumber(uint32_t uiModuleId, double dValue);
+    GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *pcText);
+
+    /**
+     * Adds an item to an object or an array, which owns it from then on.
+     *
+     * @return non-zero when it was added, as cJSON reports it; 0 when it was not, and the item stays the caller's
+     */
+    GPB_API uint32_t GpbLib_Json_AddItemToObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                 struct cJSON *pstItem);
+    GPB_API uint32_t GpbLib_Json_AddItemToArray(uint32_t uiModuleId, struct cJSON *pstArray, struct cJSON *pstItem);
+
+    /** Frees an item with all that is in it. Null does nothing. */
+    GPB_API void GpbLib_Json_NodeFree(struct cJSON *pstItem);
+
+    /** The name under which an item is a member of its object; null for a null item and for one without a name. */
+    GPB_API const char *GpbLib_Json_GetObjectName(const struct cJSON *pstItem);
+
+    /** Memory from cJSON's allocator, freed with GpbLib_Json_Free. */
+    GPB_API void *GpbLib_Json_Malloc(size_t uiSize);
+    GPB_API void GpbLib_Json_Free(void *pvMem);
+
+    /** Prints an item without white space; freed by the caller with ZMP_Free_F. Null for null or without memory. */
+    GPB_API char *GpbLib_Json_EncodeUnformatted(uint32_t uiModuleId, struct cJSON *pstItem);
+
+    /* ---- XML to JSON: how the text of a leaf becomes an item ---- */
+
+    /**
+     * Adders make the JSON item of a leaf's text; the item is the caller's. Null without memory and for a null text.
+     *
+     * AddNumber passes through a double. AddBool gives true for "true" in any case, else false. AddString and AddEnum
+     * keep the text. AddMessage makes nothing for any message field of today's protobuf.
+     */
+    typedef struct cJSON *(*GpbJsonAddFunc)(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
+                                            uint32_t uiModuleId);
+
+    GPB_API struct cJSON *GpbXmlCompilerJson_AddNumber(const google::protobuf::FieldDescriptor *pstField,
+                                                       const char *pcText, uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbXmlCompilerJson_AddString(const google::protobuf::FieldDescriptor *pstField,
+                                                       const char *pcText, uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbXmlCompilerJson_AddEnum(const google::protobuf::FieldDescriptor *pstField,
+                                                     const char *pcText, uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbXmlCompilerJson_AddBool(const google::protobuf::FieldDescriptor *pstField,
+                                                     const char *pcText, uint32_t uiModuleId);
+    GPB_API struct cJSON *GpbXmlCompilerJson_AddMessage(const google::protobuf::FieldDescriptor *pstField,
+                                                        const char *pcText, uint32_t uiModuleId);
+
+    /** The member name of an element: its own name, not that of the field. Empty for an element without a name. */
+    GPB_API const char *GpbXmlCompilerJson_GetFieldName(const google::protobuf::FieldDescriptor *pstField,
+                                                        struct _xmlNode *pstNode);
 
 } // extern "C"
 
@@ -215,6 +290,156 @@ protected:
     std::string strGpbBuffer; /**< serialized top message */
     unsigned int uiMemHandle; /**< module id of the library context */
     GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
+};
+
+/**
+ * Turns a JSON document into a serialized GPB message, as a whole or below one of its items, and tells the leaves of
+ * the message that holds an item.
+ *
+ * The root is the item of the top-level container, with the container's name as its key; an item lies anywhere below
+ * it. The trees are read only and stay the caller's.
+ */
+class GPB_API GpbJsonCompiler : public GpbXmlCompilerBase
+{
+public:
+    GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFileDesc,
+                    const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle);
+    ~GpbJsonCompiler() override;
+
+    /**
+     * Fills the messages from `pstItem` and its later siblings; all of `pstRoot` when the two are the same.
+     *
+     * @return 0; GPB_COMPILER_ERR; GPB_COMPILER_JSON_STACK_FULL. A failure leaves the earlier result as it is
+     */
+    unsigned int EncodeJson(struct cJSON *pstRoot, struct cJSON *pstItem) override;
+
+    /**
+     * Fills a GpbMdlAttr with the leaves of the message that holds the values of `pstItem`.
+     *
+     * The names are allocated under the module id of `pvLibHandle` and freed by the caller with ZMP_Free_F. A failure
+     * frees the names stored so far and sets their entries to null; the count stays as it was. The count wraps at 256,
+     * and the record then starts over: the names of the first 256 leaves are freed.
+     *
+     * @return as EncodeJson
+     */
+    unsigned int GetMdlAttr(const void *pvLibHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
+                            void *pvMdlAttr) override;
+
+    /** GetGpbBuffer. */
+    const char *GetResult(unsigned int *puiLen) override;
+
+    /** Serializes the message of the last encode's item; null with length 0 when there is none or a required field is
+     * missing. */
+    const char *GetGpbBuffer(unsigned int *puiLen);
+
+    /** The top message in protobuf's text form, or "There is no valid encode message.". */
+    std::string GetEncodeDebugString() const;
+
+protected:
+    unsigned int EncodeItem(struct cJSON *pstRoot, struct cJSON *pstItem);
+    unsigned int FillMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem, void *pvMdlAttr);
+    unsigned int GPB_CompilerStackPrepare(struct cJSON *pstRoot, struct cJSON *pstItem, GpbCompilerStack &stStack);
+    unsigned int GPB_CompilerStackInitTop(struct cJSON *pstRoot, GpbCompilerStackLayer &stLayer);
+    unsigned int GPB_PushItemAncestors(struct cJSON *pstRoot, struct cJSON *pstItem, GpbCompilerStack &stStack);
+    static struct cJSON *GPB_GetItemAncestors(struct cJSON *pstRoot, struct cJSON *pstItem,
+                                              struct cJSON **ppstAncestors, unsigned int uiCapacity,
+                                              unsigned int uiDepth);
+    unsigned int GPB_PushItemDescriptor(const char *pcKey, GpbCompilerStack &stStack);
+    static unsigned int GPB_GetItemSerializeLayer(const GpbCompilerStack &stStack, struct cJSON *pstRoot,
+                                                  struct cJSON *pstItem);
+    unsigned int GPB_FillLayerMessage(const GpbCompilerStackLayer &stUpper, GpbCompilerStackLayer &stLayer,
+                                      const google::protobuf::FieldDescriptor *pstField);
+    void GenerateXPath(GpbCompilerStackLayer &stLayer, const GpbCompilerStackLayer *pstUpper,
+                       const google::protobuf::FieldDescriptor *pstField);
+
+    /** The walk; `pstParent` holds the items and lends its key to those that have none, the members of an array. */
+    unsigned int IterJson(struct cJSON *pstFirst, struct cJSON *pstParent, GpbCompilerStack &stStack);
+    unsigned int ProcJsonContainerNode(struct cJSON *pstItem, struct cJSON *pstParent, GpbCompilerStack &stStack);
+    unsigned int ProcJsonArrayNode(struct cJSON *pstArray, GpbCompilerStack &stStack);
+    unsigned int ProcLeafListNode(struct cJSON *pstArray, struct cJSON *pstMember, GpbCompilerStack &stStack);
+    unsigned int ProcJsonLeafNode(struct cJSON *pstItem, GpbCompilerStack &stStack);
+    unsigned int ProcJsonEmptyLeafNode(struct cJSON *pstItem, GpbCompilerStack &stStack,
+                                       const google::protobuf::FieldDescriptor *pstField);
+    unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
+                               struct cJSON *pstItem);
+
+    static unsigned int GPB_FillLeafMdlAttr(const void *pvHandle, const google::protobuf::Descriptor *pstDescriptor,
+                                            GpbMdlAttr &stMdlAttr);
+    static unsigned int GPB_ConvertDataType(unsigned int uiFieldType, uint32_t &uiDataType);
+    static void GPB_ConvertGpbNameToJson(const google::protobuf::FieldDescriptor *pstField, char *pcName);
+
+    /** The array whose member an item is; null for an item with a key, and for one that is not in the tree. */
+    static struct cJSON *FindArrayOf(struct cJSON *pstRoot, struct cJSON *pstItem);
+
+    /** Makes a message the top message, and frees the earlier ones that the compiler points to no longer. */
+    void KeepTopMessage(google::protobuf::Message *pstTop);
+
+    std::string strGpbBuffer;                   /**< serialized message of the last encode's item */
+    google::protobuf::Message *pstLayerMessage; /**< message of the last encode's item, a part of its top message */
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM];
+
+    /** The last encode's top message, once model attributes have put another one in its place. */
+    std::unique_ptr<google::protobuf::Message> pstEncodedMessage;
+};
+
+/** Turns an XML document into a JSON document. */
+class GPB_API GpbXmlCompilerJson : public GpbXmlCompilerBase
+{
+public:
+    /** @param ucFlag  1: 64-bit integers become JSON numbers, else JSON strings */
+    GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFileDesc,
+                       const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle,
+                       unsigned char ucFlag);
+    ~GpbXmlCompilerJson() override;
+
+    /**
+     * Makes the JSON tree of a document, which takes the place of the earlier result.
+     *
+     * @return 0; GPB_COMPILER_ERR; GPB_COMPILER_NO_ROOT; what ended the walk
+     */
+    unsigned int Encode(struct _xmlDoc *pstDoc) override;
+
+    /** Prints the tree without white space, once per encode; null with length 0 when there is none. */
+    const char *GetResult(unsigned int *puiLen) override;
+
+    /** Frees the tree and its text. */
+    void ClearResult();
+
+protected:
+    void InitTransTbl(unsigned char ucFlag);
+    unsigned int EncodeRoot(struct _xmlNode *pstRoot);
+    unsigned int IterXmlDoc(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
+                            struct cJSON *pstParent);
+    unsigned int ProcXmlContainerNode(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
+                                      struct cJSON *pstParent);
+    unsigned int ProcXmlPresenceContainerNode(const google::protobuf::Descriptor *pstDescriptor,
+                                              struct _xmlNode *pstNode, struct cJSON *pstParent);
+    unsigned int ProcXmlLeafNode(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
+                                 struct cJSON *pstParent);
+    unsigned int ProcXmlEmptyLeafNode(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
+                                      struct cJSON *pstParent);
+    const google::protobuf::FieldDescriptor *FindField(const google::protobuf::Descriptor *pstDescriptor,
+                                                       struct _xmlNode *pstNode);
+    struct cJSON *CreateJsTopNode(struct _xmlNode *pstNode, struct cJSON *pstParent);
+    struct cJSON *CreateJsObject(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
+                                 struct cJSON *pstParent);
+    struct cJSON *GetJsListNode(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
+                                struct cJSON *pstParent);
+    unsigned int FillLeafField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
+                               struct cJSON *pstParent, const char *pcText);
+    unsigned int CreateJsField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
+                               struct cJSON *pstParent, const char *pcText, GpbJsonAddFunc pfnAdd);
+    static bool XmlNodeIsBitsType(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode);
+
+    char *pcResult;            /**< printed text, or null; allocated under the module id */
+    struct cJSON *pstJsonRoot; /**< tree of the last encode, or null */
+    unsigned int uiResultLen;  /**< length of pcResult */
+
+    /** The array of each repeated field; one per field and document, whatever its parent. */
+    std::map<const google::protobuf::FieldDescriptor *, struct cJSON *> mapListNode;
+    unsigned int uiMemHandle; /**< module id of the library context */
+    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM];
+    unsigned int uiDepth; /**< containers that are open in the walk */
 };
 
 #endif

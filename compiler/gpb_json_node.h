@@ -1,0 +1,38 @@
+// JSON items as the compilers handle them.
+#ifndef GPB_COMPILER_GPB_JSON_NODE_H
+#define GPB_COMPILER_GPB_JSON_NODE_H
+
+#include <cjson/cJSON.h>
+#include <memory>
+
+#include "gpb_templatelib/gpb_compiler.h"
+
+/// Frees an item that nothing has taken.
+struct GpbJsonItemFree
+{
+    void operator()(cJSON *item) const { GpbLib_Json_NodeFree(item); }
+};
+
+/// An item that belongs to no tree yet.
+using GpbJsonItem = std::unique_ptr<cJSON, GpbJsonItemFree>;
+
+/// The item's key for a log line; members of arrays have none.
+inline const char *GpbJsonLogKey(const cJSON *item)
+{
+    const char *key = GpbLib_Json_GetObjectName(item);
+    return key == nullptr ? "" : key;
+}
+
+/// Adds an item to an object, which owns it then; the item, or null, and then it is gone.
+inline cJSON *GpbJsonAddToObject(unsigned int moduleId, cJSON *object, const char *name, GpbJsonItem item)
+{
+    return GpbLib_Json_AddItemToObject(moduleId, object, name, item.get()) == 0 ? nullptr : item.release();
+}
+
+/// As above for an array.
+inline cJSON *GpbJsonAddToArray(unsigned int moduleId, cJSON *array, GpbJsonItem item)
+{
+    return GpbLib_Json_AddItemToArray(moduleId, array, item.get()) == 0 ? nullptr : item.release();
+}
+
+#endif

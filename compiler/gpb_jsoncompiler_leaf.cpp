@@ -1,0 +1,126 @@
+// JSON to GPB: leaves.
+#include <cjson/cJSON.h>
+#include <google/protobuf/descriptor.h>
+
+#include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_json_node.h"
+#include "compiler/gpb_layer.h"
+#include "core/gpb_log.h"
+#include "descriptor/gpb_field_finder.h"
+#include "gpb_templatelib/gpb_compiler.h"
+#include "platform/safe_string.h"
+
+using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+constexpr uint32_t LINE_NO_TRANSLATOR = 438;
+constexpr uint32_t LINE_TRANSLATE_FAILED = 474;
+constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
+constexpr uint32_t LINE_NO_LEAF_FIELD = 514;
+constexpr uint32_t LINE_LEAF_CASE_FAILED = 522;
+
+// What an empty leaf stands for.
+constexpr char PRESENT[] = "true";
+constexpr char NO_TEXT[] = "";
+
+// The text of a value as the translators read it; null for a value that is none. `number` is the room for a number.
+const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
+{
+    if (cJSON_IsFalse(item) != 0)
+    {
+        return "false";
+    }
+    if (cJSON_IsTrue(item) != 0)
+    {
+        return "true";
+    }
+    if (cJSON_IsNumber(item) != 0)
+    {
+        return sprintf_s(number, sizeof(number), "%.14g", item->valuedouble) < 0 ? nullptr : number;
+    }
+    return cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
+}
+
+} // namespace
+
+unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const GpbCompilerStackLayer &top = GpbTopLayer(stStack);
+    const GpbFieldFinder::Found found =
+        pstFieldFinder->FindNode(top.pstDescriptor, GpbLib_Json_GetObjectName(pstItem), layerNum + 1);
+    if (found.field == nullptr)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
+                "Gpb Compiler leaf node fail to find field [%s] from [%s].", GpbJsonLogKey(pstItem),
+                top.strXPath.c_str());
+        return GPB_COMPILER_ERR;
+    }
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED,
+                    "Json compiler choice case leaf node fail to find field [%s] from [%s].", GpbJsonLogKey(pstItem),
+                    GpbTopLayer(stStack).strXPath.c_str());
+            return result;
+        }
+    }
+    unsigned int result = GPB_COMPILER_OK;
+    {
+        const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
+        const GpbCaseSwitch caseSwitch(stStack, layer.pstMessage, found.field);
+        result = cJSON_IsNull(pstItem) != 0 ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
+                                            : FillLeafField(layer, found.field, pstItem);
+    }
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
+
+unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerStack &stStack,
+                                                    const FieldDescriptor *pstField)
+{
+    const GpbStrTransFunc translate = astStrTrans[pstField->type()];
+    if (translate == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    if (pstField->type() != FieldDescriptor::TYPE_BOOL && pstField->type() != FieldDescriptor::TYPE_STRING)
+    {
+        // Nothing is stored, and the encode deliberately goes on.
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_EMPTY_LEAF_TYPE, "Gpb compiler empty leaf %s, expect type %d.",
+                GpbJsonLogKey(pstItem), static_cast<int>(pstField->type()));
+        return GPB_COMPILER_OK;
+    }
+    return translate(GpbTopLayer(stStack), pstField,
+                     pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
+}
+
+unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
+                                            cJSON *pstItem)
+{
+    const auto type = static_cast<unsigned int>(pstField->type());
+    const GpbStrTransFunc translate = astStrTrans[type];
+    if (translate == nullptr)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_TRANSLATOR,
+                "Gpb Compiler fill leaf fail to find translator for node [%s] type %u.", GpbJsonLogKey(pstItem), type);
+        return GPB_COMPILER_ERR;
+    }
+    char number[GPB_JSON_NUMBER_SIZE] = {};
+    const char *text = ValueText(pstItem, number);
+    if (text == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    if (translate(stLayer, pstField, text) != GPB_COMPILER_OK)
+    {
+        // A value that the field does not take is left out; deliberately the rest of the document still counts.
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,
+                "Gpb Compiler  fill leaf fail to translator layer [%s].", stLayer.strXPath.c_str());
+    }
+    return GPB_COMPILER_OK;
+}

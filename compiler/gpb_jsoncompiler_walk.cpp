@@ -1,0 +1,121 @@
+// JSON to GPB: the walk over the tree, containers, lists and leaf-lists.
+#include <cjson/cJSON.h>
+#include <google/protobuf/descriptor.h>
+
+#include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_json_node.h"
+#include "compiler/gpb_layer.h"
+#include "core/gpb_log.h"
+#include "descriptor/gpb_field_finder.h"
+#include "gpb_templatelib/gpb_compiler.h"
+
+namespace
+{
+
+constexpr uint32_t LINE_LEAF_LIST_CASE_FAILED = 598;
+
+} // namespace
+
+unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCompilerStack &stStack)
+{
+    for (cJSON *item = pstFirst; item != nullptr; item = item->next)
+    {
+        unsigned int result = GPB_COMPILER_OK;
+        if (cJSON_IsArray(item) != 0)
+        {
+            result = ProcJsonArrayNode(item, stStack);
+        }
+        else if (cJSON_IsObject(item) != 0)
+        {
+            result = ProcJsonContainerNode(item, pstParent, stStack);
+        }
+        else
+        {
+            result = ProcJsonLeafNode(item, stStack);
+        }
+        if (result != GPB_COMPILER_OK)
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const char *key = GpbLib_Json_GetObjectName(pstItem);
+    unsigned int result = GPB_PushItemDescriptor(key == nullptr ? GpbLib_Json_GetObjectName(pstParent) : key, stStack);
+    if (result == GPB_COMPILER_OK)
+    {
+        result = IterJson(pstItem->child, pstItem, stStack);
+    }
+    // Pops the layers of the case, too.
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
+
+unsigned int GpbJsonCompiler::ProcJsonArrayNode(cJSON *pstArray, GpbCompilerStack &stStack)
+{
+    cJSON *first = pstArray->child;
+    if (first == nullptr)
+    {
+        return GPB_COMPILER_OK;
+    }
+    // The first member speaks for all of them.
+    if (cJSON_IsObject(first) == 0 && cJSON_IsArray(first) == 0)
+    {
+        return ProcLeafListNode(pstArray, first, stStack);
+    }
+    for (cJSON *member = first; member != nullptr; member = member->next)
+    {
+        const unsigned int result = ProcJsonContainerNode(member, pstArray, stStack);
+        if (result != GPB_COMPILER_OK)
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbJsonCompiler::ProcLeafListNode(cJSON *pstArray, cJSON *pstMember, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    if (layerNum == 0)
+    {
+        return pstMember == nullptr ? GPB_COMPILER_OK : GPB_COMPILER_ERR;
+    }
+    const GpbFieldFinder::Found found = pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor,
+                                                                 GpbLib_Json_GetObjectName(pstArray), layerNum + 1);
+    if (found.field == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    // Leaf-lists of any other type are deliberately passed over without a word: hosts rely on that, and encode such
+    // lists from XML.
+    if (found.field->enum_type() == nullptr)
+    {
+        return GPB_COMPILER_OK;
+    }
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_LIST_CASE_FAILED,
+                    "Gpb compiler choice case leaflist node fail to find field [%s].", GpbJsonLogKey(pstMember));
+            return result;
+        }
+    }
+    unsigned int result = GPB_COMPILER_OK;
+    {
+        const GpbCompilerStackLayer &top = GpbTopLayer(stStack);
+        const GpbCaseSwitch caseSwitch(stStack, top.pstMessage, found.field);
+        for (cJSON *member = pstMember; member != nullptr && result == GPB_COMPILER_OK; member = member->next)
+        {
+            result = FillLeafField(top, found.field, member);
+        }
+    }
+    stStack.uiLayerNum = layerNum;
+    return result;
+}

@@ -1,0 +1,144 @@
+#include "compiler/gpb_layer.h"
+
+#include <google/protobuf/compiler/importer.h>
+#include <google/protobuf/descriptor.h>
+#include <google/protobuf/dynamic_message.h>
+#include <google/protobuf/message.h>
+#include <utility>
+
+#include "core/gpb_barrier.h"
+#include "core/gpb_log.h"
+#include "gpb_templatelib/gpb_descriptor.h"
+#include "platform/safe_string.h"
+
+using google::protobuf::FieldDescriptor;
+using google::protobuf::FileDescriptor;
+using google::protobuf::Message;
+using google::protobuf::Reflection;
+
+namespace
+{
+
+constexpr uint32_t NO_SUFFIX = 1;
+
+// The texts are those of the caller's record, so the function's name comes from there, too.
+template <typename... Argument>
+void Report(void *libHandle, uint32_t level, const char *function, uint32_t line, const char *text,
+            Argument... argument)
+{
+    if (GpbLogOpen(libHandle, level))
+    {
+        GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(libHandle), level, function, line, text, argument...);
+    }
+}
+
+} // namespace
+
+bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::string &typeName)
+{
+    char name[GPB_NAME_SIZE] = {};
+    if (containerName == nullptr || strcpy_s(name, sizeof(name), containerName) != 0)
+    {
+        return false;
+    }
+    (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
+    typeName.append(file.package()).append(".").append(name);
+    return true;
+}
+
+unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *containerName, const GpbTopLayerLog &log,
+                              GpbCompilerStackLayer &layer)
+{
+    if (!GpbTopTypeName(*source.file, containerName, layer.strXPath))
+    {
+        return GPB_COMPILER_ROOT_NAME_TOO_LONG;
+    }
+    const char *path = layer.strXPath.c_str();
+    layer.pstDescriptor = source.importer->pool()->FindMessageTypeByName(layer.strXPath);
+    if (layer.pstDescriptor == nullptr)
+    {
+        Report(source.libHandle, GPB_LOG_SKIP, log.function, log.typeLine, "Fail to find message type for path %s.",
+               path);
+        return GPB_COMPILER_NO_MESSAGE_TYPE;
+    }
+    const Message *prototype = source.factory->GetPrototype(layer.pstDescriptor);
+    if (prototype == nullptr)
+    {
+        Report(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine, "Fail to get proto type for path %s.",
+               path);
+        return GPB_COMPILER_NO_PROTOTYPE;
+    }
+    layer.pstMessage = prototype->New();
+    if (layer.pstMessage == nullptr)
+    {
+        Report(source.libHandle, GPB_LOG_ERROR, log.function, log.messageLine, "Fail to new message for path %s", path);
+        return GPB_COMPILER_NO_MESSAGE;
+    }
+    return GPB_COMPILER_OK;
+}
+
+void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
+                    const FieldDescriptor &field)
+{
+    layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
+}
+
+Message *GpbOpenSubMessage(Message *upper, const FieldDescriptor *field)
+{
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
+    {
+        return nullptr;
+    }
+    const Reflection *reflection = upper->GetReflection();
+    if (reflection == nullptr)
+    {
+        return nullptr;
+    }
+    return field->is_repeated() ? reflection->AddMessage(upper, field, nullptr)
+                                : reflection->MutableMessage(upper, field, nullptr);
+}
+
+GpbTopMessage::~GpbTopMessage()
+{
+    delete top_.pstMessage;
+    top_.pstDescriptor = nullptr;
+    top_.pstMessage = nullptr;
+}
+
+Message *GpbTopMessage::Release()
+{
+    return std::exchange(top_.pstMessage, nullptr);
+}
+
+const char *GpbSerialize(void *libHandle, const Message *message, const GpbSerializeLog &log, std::string &buffer,
+                         unsigned int *length)
+{
+    if (length == nullptr)
+    {
+        return nullptr;
+    }
+    *length = 0;
+    if (message == nullptr)
+    {
+        Report(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
+        return nullptr;
+    }
+    if (!message->IsInitialized())
+    {
+        Report(libHandle, GPB_LOG_ERROR, log.function, log.notInitializedLine, "%s", log.notInitializedText);
+        return nullptr;
+    }
+    if (!GpbNoThrow(false, [&] { return message->SerializeToString(&buffer); }))
+    {
+        Report(libHandle, GPB_LOG_ERROR, log.function, log.failedLine, "%s", log.failedText);
+        return nullptr;
+    }
+    *length = static_cast<unsigned int>(buffer.size());
+    Report(libHandle, GPB_LOG_PROGRESS, log.function, log.doneLine, log.doneText, *length);
+    return buffer.data();
+}
+
+std::string GpbDebugText(const Message *message)
+{
+    return message == nullptr ? "There is no valid encode message." : message->DebugString();
+}

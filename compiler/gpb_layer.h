@@ -1,0 +1,88 @@
+// What the compilers that fill messages do alike: making layers, owning the top message, serializing.
+#ifndef GPB_COMPILER_GPB_LAYER_H
+#define GPB_COMPILER_GPB_LAYER_H
+
+#include <cstdint>
+#include <string>
+
+#include "gpb_templatelib/gpb_compiler.h"
+
+/// The top layer, or the unused first slot of an empty stack, in which nothing is found.
+inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)
+{
+    return stack.astLayer[stack.uiLayerNum == 0 ? 0 : stack.uiLayerNum - 1];
+}
+
+/// The full name of the message type of a top-level container; false when the container's name is null or too long.
+bool GpbTopTypeName(const google::protobuf::FileDescriptor &file, const char *containerName, std::string &typeName);
+
+/// What a top layer is made from.
+struct GpbTopLayerSource
+{
+    void *libHandle;
+    const google::protobuf::FileDescriptor *file;
+    const google::protobuf::compiler::Importer *importer;
+    google::protobuf::DynamicMessageFactory *factory;
+};
+
+/// The function and the lines under which a compiler reports that its top layer cannot be made.
+struct GpbTopLayerLog
+{
+    const char *function;
+    uint32_t typeLine;
+    uint32_t prototypeLine;
+    uint32_t messageLine;
+};
+
+/// Fills the layer of a top-level container, with a new message that the caller owns; 0 or a GPB_COMPILER_ code.
+unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *containerName, const GpbTopLayerLog &log,
+                              GpbCompilerStackLayer &layer);
+
+/// Appends the path of the layer of `field` below `upper`; without an upper layer, below the file's package.
+void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
+                    const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
+
+/// Opens the message of a message field in `upper`: a new entry of a list, the one message of a container. Null when
+/// the field is none of `upper`'s, which protobuf would not survive.
+google::protobuf::Message *GpbOpenSubMessage(google::protobuf::Message *upper,
+                                             const google::protobuf::FieldDescriptor *field);
+
+/// Owns the message of layer 0 until a compiler takes it.
+class GpbTopMessage
+{
+public:
+    explicit GpbTopMessage(GpbCompilerStack &stack) : top_(stack.astLayer[0]) {}
+    ~GpbTopMessage();
+
+    GpbTopMessage(const GpbTopMessage &) = delete;
+    GpbTopMessage &operator=(const GpbTopMessage &) = delete;
+
+    google::protobuf::Message *Release();
+
+private:
+    GpbCompilerStackLayer &top_;
+};
+
+/// The lines and texts with which a compiler reports on its result.
+struct GpbSerializeLog
+{
+    const char *function;
+    uint32_t noMessageLine;
+    const char *noMessageText;
+    uint32_t notInitializedLine;
+    const char *notInitializedText;
+    uint32_t failedLine;
+    const char *failedText;
+    uint32_t doneLine;
+    const char *doneText; ///< takes the length
+};
+
+/// Serializes a message into a compiler's buffer; null with length 0 when there is no message, when it lacks a required
+/// field, or when it cannot be serialized. A null length does nothing.
+const char *GpbSerialize(void *libHandle, const google::protobuf::Message *message, const GpbSerializeLog &log,
+                         std::string &buffer, unsigned int *length);
+
+/// A compiler's top message in protobuf's text form, or what stands for none.
+std::string GpbDebugText(const google::protobuf::Message *message);
+
+#endif

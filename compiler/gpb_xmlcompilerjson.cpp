@@ -1,0 +1,97 @@
+// XML to JSON: from a document to a tree, and from the tree to its text.
+#include <cjson/cJSON.h>
+#include <libxml/tree.h>
+
+#include "compiler/gpb_xmlcompilerjson_tag.h"
+#include "core/gpb_barrier.h"
+#include "core/gpb_log.h"
+#include "gpb_templatelib/gpb_compiler.h"
+#include "gpb_templatelib/gpb_lib.h"
+#include "platform/yos.h"
+#include "platform/zmp.h"
+
+namespace
+{
+
+constexpr uint32_t LINE_FREE_TEXT_AT_END = 138;
+constexpr uint32_t LINE_FREE_TEXT = 153;
+
+} // namespace
+
+GpbXmlCompilerJson::GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFile,
+                                       const google::protobuf::compiler::Importer *pstImport, void *pvHandle,
+                                       unsigned char ucFlag)
+    : GpbXmlCompilerBase(pstFile, pstImport, pvHandle), pcResult(nullptr), pstJsonRoot(nullptr), uiResultLen(0),
+      uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle))), apfnTrans{}, uiDepth(0)
+{
+    InitTransTbl(ucFlag);
+}
+
+GpbXmlCompilerJson::~GpbXmlCompilerJson()
+{
+    GpbLib_Json_NodeFree(pstJsonRoot);
+    if (pcResult != nullptr)
+    {
+        ZMP_Free_F(pcResult, GPB_XML_TO_JSON_TAG, LINE_FREE_TEXT_AT_END);
+    }
+}
+
+unsigned int GpbXmlCompilerJson::Encode(xmlDoc *pstDoc)
+{
+    if (pstDoc == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    xmlNode *root = xmlDocGetRootElement(pstDoc);
+    if (root == nullptr)
+    {
+        return GPB_COMPILER_NO_ROOT;
+    }
+    return GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM, [&] { return EncodeRoot(root); });
+}
+
+unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
+{
+    ClearResult();
+    uiDepth = 0;
+    pstJsonRoot = GpbLib_Json_AllocObject(uiMemHandle);
+    if (pstJsonRoot == nullptr)
+    {
+        return GPB_COMPILER_NO_JSON_ITEM;
+    }
+    const unsigned int result = IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
+    if (result != GPB_COMPILER_OK)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__, "[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return %u.",
+                result);
+    }
+    return result;
+}
+
+const char *GpbXmlCompilerJson::GetResult(unsigned int *puiLen)
+{
+    if (puiLen == nullptr)
+    {
+        return nullptr;
+    }
+    if (pcResult == nullptr)
+    {
+        pcResult = GpbLib_Json_EncodeUnformatted(uiMemHandle, pstJsonRoot);
+        uiResultLen = pcResult == nullptr ? 0 : YOS_StrLen(pcResult);
+    }
+    *puiLen = uiResultLen;
+    return pcResult;
+}
+
+void GpbXmlCompilerJson::ClearResult()
+{
+    GpbLib_Json_NodeFree(pstJsonRoot);
+    pstJsonRoot = nullptr;
+    if (pcResult != nullptr)
+    {
+        ZMP_Free_F(pcResult, GPB_XML_TO_JSON_TAG, LINE_FREE_TEXT);
+        pcResult = nullptr;
+    }
+    uiResultLen = 0;
+    mapListNode.clear();
+}

@@ -1,0 +1,138 @@
+// XML to JSON: leaves.
+#include <cjson/cJSON.h>
+#include <google/protobuf/descriptor.h>
+#include <libxml/tree.h>
+#include <memory>
+
+#include "compiler/gpb_json_node.h"
+#include "compiler/gpb_xml_node.h"
+#include "compiler/gpb_xmlcompilerjson_tag.h"
+#include "core/gpb_log.h"
+#include "descriptor/gpb_field_finder.h"
+#include "gpb_templatelib/gpb_compiler.h"
+#include "gpb_templatelib/gpb_descriptor.h"
+#include "platform/zmp.h"
+
+using google::protobuf::Descriptor;
+using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+constexpr uint32_t LINE_FREE_IDENTITY = 408;
+
+// GPB_GetXmlNodeLeafBitsType's answer for any other leaf.
+constexpr uint32_t NO_BITS_TYPE = 1;
+
+// A leaf that is there and has no content is true.
+constexpr char EMPTY_LEAF_VALUE[] = "true";
+
+struct IdentityFree
+{
+    void operator()(char *value) const { ZMP_Free_F(value, GPB_XML_TO_JSON_TAG, LINE_FREE_IDENTITY); }
+};
+
+} // namespace
+
+unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode, cJSON *pstParent)
+{
+    xmlNode *child = pstNode->children;
+    if (child == nullptr || child->type != XML_TEXT_NODE)
+    {
+        return GPB_COMPILER_OK;
+    }
+    const GpbXmlText content(xmlNodeGetContent(child));
+    if (content == nullptr)
+    {
+        return GPB_COMPILER_OK;
+    }
+    // Content that begins with a line break is formatting: the element is a container that is only present.
+    if (*content == '\n')
+    {
+        return ProcXmlPresenceContainerNode(pstDescriptor, pstNode, pstParent);
+    }
+    const FieldDescriptor *field =
+        pstFieldFinder->FindLeaf(pstDescriptor, GpbXmlNodeName(pstNode), GPB_GetDescriptorLayerNum(pstDescriptor) + 1)
+            .field;
+    if (field == nullptr)
+    {
+        return GPB_COMPILER_NO_FIELD;
+    }
+    const auto *text = reinterpret_cast<const char *>(content.get());
+    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
+    return FillLeafField(field, pstNode, pstParent, identity == nullptr ? text : identity.get());
+}
+
+unsigned int GpbXmlCompilerJson::ProcXmlEmptyLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode,
+                                                      cJSON *pstParent)
+{
+    if (pstNode->type != XML_ELEMENT_NODE)
+    {
+        return GPB_COMPILER_OK;
+    }
+    const FieldDescriptor *field = FindField(pstDescriptor, pstNode);
+    if (field == nullptr || field->type() != FieldDescriptor::TYPE_BOOL)
+    {
+        return GPB_COMPILER_OK;
+    }
+    return FillLeafField(field, pstNode, pstParent, EMPTY_LEAF_VALUE);
+}
+
+unsigned int GpbXmlCompilerJson::FillLeafField(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent,
+                                               const char *pcText)
+{
+    const auto type = static_cast<unsigned int>(pstField->type());
+    if (type >= GPB_FIELD_TYPE_NUM)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__,
+                "[GpbXmlCompilerJson][FillLeafField]field type[%u] invalid. node [%s] of path type.", type,
+                GpbXmlNodeName(pstNode));
+        return GPB_COMPILER_NO_TRANSLATOR;
+    }
+    const GpbJsonAddFunc add = apfnTrans[type];
+    if (add == nullptr)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__,
+                "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.",
+                GpbXmlNodeName(pstNode), type);
+        return GPB_COMPILER_NO_TRANSLATOR;
+    }
+    const unsigned int result = CreateJsField(pstField, pstNode, pstParent, pcText, add);
+    if (result != GPB_COMPILER_OK)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__, "Fail to translator node [%s] value [%s].",
+                GpbXmlNodeName(pstNode), pcText);
+    }
+    return result;
+}
+
+unsigned int GpbXmlCompilerJson::CreateJsField(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent,
+                                               const char *pcText, GpbJsonAddFunc pfnAdd)
+{
+    if (pstField == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    GpbJsonItem item(pfnAdd(pstField, pcText, uiMemHandle));
+    if (item == nullptr)
+    {
+        return GPB_COMPILER_NO_JSON_ITEM;
+    }
+    const cJSON *added = nullptr;
+    if (pstField->is_repeated() && !XmlNodeIsBitsType(pstField, pstNode))
+    {
+        cJSON *list = GetJsListNode(pstField, pstNode, pstParent);
+        added = list == nullptr ? nullptr : GpbJsonAddToArray(uiMemHandle, list, std::move(item));
+    }
+    else
+    {
+        added = GpbJsonAddToObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode),
+                                   std::move(item));
+    }
+    return added == nullptr ? GPB_COMPILER_NO_JSON_ITEM : GPB_COMPILER_OK;
+}
+
+bool GpbXmlCompilerJson::XmlNodeIsBitsType(const FieldDescriptor *pstField, xmlNode *pstNode)
+{
+    return pstField->enum_type() != nullptr && GPB_GetXmlNodeLeafBitsType(pstNode) != NO_BITS_TYPE;
+}
