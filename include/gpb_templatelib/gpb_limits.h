@@ -30,4 +30,18 @@
 #define GPB_JSON_NUMBER_SIZE 64U     /**< a JSON number as the translators read it */
 #define GPB_JSON_MAX_DEPTH 1000U     /**< containers in each other that XML to JSON makes; JSON parsers end there */
 
+/* ---- object tree ---- */
+
+#define GPB_OBJTREE_READ_STACK 256u      /**< entries of the reader's stack of open containers */
+#define GPB_OBJTREE_MAX_NESTING 253u     /**< nested containers below the root that the reader accepts */
+#define GPB_OBJNODE_VALUE_TEXT_SIZE 200u /**< a string leaf's content in a printout */
+#define GPB_MEMORY_TEXT_SIZE 256u        /**< bytes that could not be read, in a log line */
+
+/* ---- templates ---- */
+
+#define GPB_TEMPLATE_STACK_DEPTH 16u     /**< first depth of the stack that holds a path; it grows */
+#define GPB_TEMPLATE_NODE_NAME_SIZE 255u /**< the protobuf name of a YANG node */
+#define GPB_TEMPLATE_ID_TEXT_SIZE 65u    /**< the ids that a string leaf carries */
+#define GPB_HEX_LINE_SIZE 601u           /**< a line of the hexadecimal trace: 200 bytes */
+
 #endif
