@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <utility>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -72,7 +73,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CONTAINER_CASE_FAILED,
@@ -151,7 +152,7 @@ unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbC
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PRESENCE_CASE_FAILED,

@@ -1,31 +1,13 @@
 // Fields by YANG node name.
 #include <google/protobuf/descriptor.h>
 
-#include "core/gpb_barrier.h"
+#include "descriptor/gpb_field_search.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 #include "platform/yos.h"
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
-
-namespace
-{
-
-// A node name as field names are spelt. A name that does not fit stays empty, and so finds nothing.
-struct FieldName
-{
-    char text[GPB_NAME_SIZE] = {};
-
-    explicit FieldName(const char *nodeName) { (void)GPB_ConvertXmlNodeName(nodeName, text, sizeof(text)); }
-};
-
-const FieldDescriptor *FindByLowercaseName(const Descriptor *message, const char *name)
-{
-    return GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return message->FindFieldByLowercaseName(name); });
-}
-
-} // namespace
 
 const FieldDescriptor *GPB_FindFieldDescByNodeName(const Descriptor *pstMessage, const char *pcNodeName, int32_t iLayer,
                                                    const FieldDescriptor **ppstCaseField)
@@ -34,30 +16,21 @@ const FieldDescriptor *GPB_FindFieldDescByNodeName(const Descriptor *pstMessage,
     {
         return nullptr;
     }
-    const FieldName name(pcNodeName);
-    const FieldDescriptor *field = FindByLowercaseName(pstMessage, name.text);
-    if (field == nullptr)
-    {
-        field = GPB_GetDescFieldByRepeateName(pstMessage, name.text, iLayer);
-    }
-    if (field == nullptr)
-    {
-        field = GPB_GetFieldDescByOneof(name.text, pstMessage, iLayer, ppstCaseField);
-    }
-    return field;
+    return GpbSearchNode(pstMessage, GpbFieldName(pcNodeName), iLayer,
+                         [&](const char *name)
+                         { return GPB_GetFieldDescByOneof(name, pstMessage, iLayer, ppstCaseField); });
 }
 
 const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, const Descriptor *pstMessage,
                                                       int32_t iLayer, const FieldDescriptor **ppstCaseField)
 {
-    const FieldDescriptor *field = GPB_FindFieldDescByNodeName(pstMessage, pcNodeName, iLayer, ppstCaseField);
-    if (field == nullptr || field->type() != FieldDescriptor::TYPE_MESSAGE)
+    if (pstMessage == nullptr || pcNodeName == nullptr)
     {
-        return field;
+        return nullptr;
     }
-    // The name is a container's here; the leaf of the same name, if there is one, lies in a case.
-    const FieldName name(pcNodeName);
-    return GPB_GetFieldDescByOneof(name.text, pstMessage, iLayer, ppstCaseField);
+    return GpbSearchLeaf(pstMessage, GpbFieldName(pcNodeName), iLayer,
+                         [&](const char *name)
+                         { return GPB_GetFieldDescByOneof(name, pstMessage, iLayer, ppstCaseField); });
 }
 
 const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessage, const char *pcName, int32_t iLayer)
@@ -72,7 +45,7 @@ const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessag
     {
         return nullptr;
     }
-    return FindByLowercaseName(pstMessage, name);
+    return GpbFindByLowercaseName(pstMessage, name);
 }
 
 const FieldDescriptor *GPB_GetFieldDescByOneof(const char *pcName, const Descriptor *pstMessage, int32_t iLayer,
@@ -87,7 +60,7 @@ const FieldDescriptor *GPB_GetFieldDescByOneof(const char *pcName, const Descrip
     for (uint32_t i = 0; i < count; ++i)
     {
         const Descriptor *caseMessage = cases[i]->message_type();
-        const FieldDescriptor *field = FindByLowercaseName(caseMessage, pcName);
+        const FieldDescriptor *field = GpbFindByLowercaseName(caseMessage, pcName);
         if (field == nullptr)
         {
             const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, pstMessage, iLayer));

@@ -139,8 +139,11 @@ uint32_t mapName(uint32_t, const char *, GpbCidFid *out)
 }
 
 /** Dumps a stored template; its bytes must read back, and be written again, as they are. */
-void dump(GpbLibContext *context, const GpbTemplateInfo *info)
+void dump(GpbLibContext *context, uint32_t classId)
 {
+    // Answers that change from question to question can store a class twice; the first one counts.
+    const GpbTemplateInfo *const info = GPBLIB_GetGpbTemplate(classId, context);
+    require(info != nullptr, "a stored template is not found");
     uint8_t *bytes = nullptr;
     uint16_t length = 0;
     require(GPBLIB_DumpProtoFileData(context, "/p", info->uiClassId, &bytes, &length) == 0, "a template without dump");
@@ -202,7 +205,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     for (uint32_t i = 0; i < VEC_VectorCount(context->pstTemplateVec); ++i)
     {
-        dump(context, static_cast<const GpbTemplateInfo *>(context->pstTemplateVec->ppvSlot[i]));
+        dump(context, static_cast<const GpbTemplateInfo *>(context->pstTemplateVec->ppvSlot[i])->uiClassId);
     }
     GPBLIB_Uninitial(context);
     return 0;
