@@ -4,9 +4,9 @@
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
 
+#include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_translator_table.h"
-#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_lib.h"
 
@@ -52,19 +52,7 @@ unsigned int GpbXmlCompiler::Encode(xmlDoc *pstDoc)
     {
         return GPB_COMPILER_NO_ROOT;
     }
-    if (ucFactoryBroken != 0)
-    {
-        return GPB_COMPILER_NO_MESSAGE;
-    }
-    // Set while the walk runs, so that it stays set when an exception ends it.
-    ucFactoryBroken = 1;
-    return GpbNoThrow(GPB_COMPILER_NO_MESSAGE,
-                      [&]
-                      {
-                          const unsigned int result = EncodeRoot(root);
-                          ucFactoryBroken = 0;
-                          return result;
-                      });
+    return GpbEncodeWithFactory(ucFactoryBroken, GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); });
 }
 
 unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
