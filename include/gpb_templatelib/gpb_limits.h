@@ -6,10 +6,11 @@
 
 /* ---- core ---- */
 
-#define GPB_LOG_TEXT_SIZE 1024U   /**< a diagnostic message */
-#define GPB_LOG_LEVELS 4U         /**< print slots of a context */
-#define GPB_PATH_SIZE 256U        /**< paths and file names */
-#define GPB_VECTOR_FIRST_SIZE 32U /**< first slots of the context's vectors */
+#define GPB_LOG_TEXT_SIZE 1024U    /**< a diagnostic message */
+#define GPB_LOG_LEVELS 4U          /**< print slots of a context */
+#define GPB_PATH_SIZE 256U         /**< paths and file names */
+#define GPB_PROTO_MAX_NESTING 256U /**< braces in each other in a proto file; messages nest 31 deep at most */
+#define GPB_VECTOR_FIRST_SIZE 32U  /**< first slots of the context's vectors */
 
 /* ---- names ---- */
 
