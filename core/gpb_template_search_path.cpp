@@ -3,6 +3,7 @@
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_source_tree.h"
 #include "core/gpb_template_pkg_path.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_lib.h"
@@ -131,7 +132,7 @@ uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
                       {
                           if (pstCtx->pstSourceTree == nullptr)
                           {
-                              pstCtx->pstSourceTree = new google::protobuf::compiler::DiskSourceTree;
+                              pstCtx->pstSourceTree = new GpbSourceTree;
                               GPBLIB_AddDiskTreeMapPath(pstCtx);
                           }
                           if (pstCtx->pstImporter == nullptr)
