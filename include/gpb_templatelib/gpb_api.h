@@ -29,12 +29,16 @@ class Importer;
 } // namespace google::protobuf::compiler
 
 typedef google::protobuf::FileDescriptor GpbPbFileDescriptor;
+typedef google::protobuf::Descriptor GpbPbDescriptor;
+typedef google::protobuf::FieldDescriptor GpbPbFieldDescriptor;
 typedef google::protobuf::compiler::DiskSourceTree GpbPbSourceTree;
 typedef google::protobuf::compiler::Importer GpbPbImporter;
 
 #else
 
 typedef struct GpbPbFileDescriptor GpbPbFileDescriptor;
+typedef struct GpbPbDescriptor GpbPbDescriptor;
+typedef struct GpbPbFieldDescriptor GpbPbFieldDescriptor;
 typedef struct GpbPbSourceTree GpbPbSourceTree;
 typedef struct GpbPbImporter GpbPbImporter;
 

@@ -28,4 +28,18 @@
 #define GPB_FIELD_TYPE_NUM 19U       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
 #define GPB_PROTO_FILE_NAME_SIZE 64U /**< MODULE.proto as the compiler interface looks it up */
 
+/* ---- object tree ---- */
+
+#define GPB_OBJTREE_READ_STACK 256u      /**< entries of the reader's stack of open containers */
+#define GPB_OBJTREE_MAX_NESTING 253u     /**< nested containers below the root that the reader accepts */
+#define GPB_OBJNODE_VALUE_TEXT_SIZE 200u /**< a string leaf's content in a printout */
+#define GPB_MEMORY_TEXT_SIZE 256u        /**< bytes that could not be read, in a log line */
+
+/* ---- templates ---- */
+
+#define GPB_TEMPLATE_STACK_DEPTH 16u     /**< first depth of the stack that holds a path; it grows */
+#define GPB_TEMPLATE_NODE_NAME_SIZE 255u /**< the protobuf name of a YANG node */
+#define GPB_TEMPLATE_ID_TEXT_SIZE 65u    /**< the ids that a string leaf carries */
+#define GPB_HEX_LINE_SIZE 601u           /**< a line of the hexadecimal trace: 200 bytes */
+
 #endif
