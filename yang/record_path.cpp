@@ -68,18 +68,13 @@ std::vector<Step> Split(const std::string &path)
     return steps;
 }
 
-bool Matches(const RecordTree &tree, const GpbYangNode &node, const Step &step)
-{
-    return step.name == node.pcName && (step.module.empty() || step.module == tree.ModuleOf(node));
-}
-
-/** The nodes of a step among some nodes; a level deeper through choices and cases only when there is none. */
-Nodes Find(const RecordTree &tree, const Nodes &among, const Step &step)
+/** The nodes of a name among some nodes; a level deeper through choices and cases only when there is none. */
+Nodes Find(const RecordTree &tree, const Nodes &among, const std::string &name)
 {
     Nodes found;
     for (GpbYangNode *node : among)
     {
-        if (Matches(tree, *node, step))
+        if (name == node->pcName)
         {
             found.push_back(node);
         }
@@ -92,7 +87,7 @@ Nodes Find(const RecordTree &tree, const Nodes &among, const Step &step)
     {
         if (IsTransparent(*node))
         {
-            const Nodes inner = Find(tree, Children(tree, node), step);
+            const Nodes inner = Find(tree, Children(tree, node), name);
             found.insert(found.end(), inner.begin(), inner.end());
         }
     }
@@ -117,17 +112,18 @@ GpbYangNode &FindNode(const RecordTree &tree, const std::string &path)
     for (const Step &step : Split(path))
     {
         const Nodes children = Children(tree, at);
-        const Nodes found = Find(tree, children, step);
-        if (found.size() != 1)
+        const bool isHere = step.module.empty() || step.module == tree.Module();
+        const Nodes found = isHere ? Find(tree, children, step.name) : Nodes();
+        const std::string where = at == nullptr ? "module " + tree.Module() : PathOf(*at);
+        if (found.empty())
         {
-            const std::string where = at == nullptr ? "module " + tree.Module() : PathOf(*at);
-            throw YangError(
-                Fault::Path,
-                path + ": " +
-                    (found.empty() ? "no container, list or notification " : "more than one module has a node ") +
-                    step.name + " in " + where +
-                    (found.empty() ? "; there is: " + Names(children)
-                                   : "; name the module, as in " + tree.ModuleOf(*found.front()) + ":" + step.name));
+            throw YangError(Fault::Path, path + ": no container, list or notification " + step.name + " in " + where +
+                                             "; there is: " + Names(children));
+        }
+        if (found.size() > 1)
+        {
+            throw YangError(Fault::Path, path + ": " + where + " has more than one case " + step.name +
+                                             "; name the choice too, as in " + PathOf(*found.front()));
         }
         at = found.front();
     }

@@ -12,10 +12,10 @@ namespace gpbyang
 /**
  * The node of a path such as "/interfaces/interface".
  *
- * A step is a node's name, or MODULE:NAME where nodes of several modules share a name. Choices and cases may be named,
- * as in "/interfaces/interface/Mode/switched", or left out, as they are in documents.
+ * A step is a node's name, with or without the name of the module, as in "/example-interfaces:interfaces". Choices and
+ * cases may be named, as in "/interfaces/interface/Mode/switched", or left out, as they are in documents.
  *
- * @throws YangError (Path) when the path is malformed, leads nowhere, or leads to several nodes
+ * @throws YangError (Path) when the path is malformed, leads nowhere, or leads to cases of several choices
  */
 GpbYangNode &FindNode(const RecordTree &tree, const std::string &path);
 

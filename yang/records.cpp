@@ -69,7 +69,6 @@ struct RecordTree::Record
 {
     GpbYangNode node = {};
     std::string name;
-    std::string module;
     std::deque<GpbYangLeaf> leaves;
     std::deque<std::string> leafNames;
     std::unique_ptr<VecVector, VectorDeleter> vector; /**< of the leaves; the node points to it too */
@@ -121,7 +120,6 @@ GpbYangNode *RecordTree::AddNode(const lysc_node &schemaNode, GpbYangNode *paren
 {
     Record &record = records_.emplace_back();
     record.name = schemaNode.name;
-    record.module = schemaNode.module->name;
     record.node.pstParent = parent;
     record.node.pcName = record.name.c_str();
     record.node.ucNodeKind = KindOf(schemaNode);
@@ -159,11 +157,6 @@ std::vector<GpbYangLeaf *> RecordTree::Leaves(const GpbYangNode &node) const
         leaves.push_back(&leaf);
     }
     return leaves;
-}
-
-const std::string &RecordTree::ModuleOf(const GpbYangNode &node) const
-{
-    return recordOf_.at(&node)->module;
 }
 
 std::string PathOf(const GpbYangNode &node)

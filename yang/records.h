@@ -57,9 +57,6 @@ public:
     /** The leaves of a node, in the order of its vector. */
     std::vector<GpbYangLeaf *> Leaves(const GpbYangNode &node) const;
 
-    /** The module that a node comes from: an augment's nodes come from another one than their parent. */
-    const std::string &ModuleOf(const GpbYangNode &node) const;
-
 private:
     struct Record;
 

@@ -14,8 +14,8 @@ namespace gpbyang
 namespace
 {
 
-/** Only what the caller names is searched, and libyang's own bookkeeping modules are not needed. */
-constexpr std::uint16_t kContextOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIR_CWD;
+/** Files come from FileSource alone, and libyang's own bookkeeping modules are not needed. */
+constexpr std::uint16_t kContextOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_DISABLE_SEARCHDIRS;
 
 /** A template has room for every leaf that a device may have. */
 const char *kAllFeatures[] = {"*", nullptr};
@@ -34,21 +34,6 @@ std::string Indented(const std::string &lines)
     return text;
 }
 
-void AddDirectory(ly_ctx &context, const std::string &directory)
-{
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(directory, ignored))
-    {
-        throw YangError(Fault::Module, directory + " is not a directory");
-    }
-    const LY_ERR result = ly_ctx_set_searchdir(&context, directory.c_str());
-    // A directory that is named twice is searched once.
-    if (result != LY_SUCCESS && result != LY_EEXIST)
-    {
-        throw YangError(Fault::Module, directory + " cannot be searched");
-    }
-}
-
 } // namespace
 
 void Schema::ContextDeleter::operator()(ly_ctx *context) const
@@ -58,6 +43,14 @@ void Schema::ContextDeleter::operator()(ly_ctx *context) const
 
 Schema::Schema(const std::vector<std::string> &directories, const std::string &module)
 {
+    for (const std::string &directory : directories)
+    {
+        std::error_code ignored;
+        if (!std::filesystem::is_directory(directory, ignored))
+        {
+            throw YangError(Fault::Module, directory + " is not a directory");
+        }
+    }
     const KeptMessages kept;
     ly_ctx *context = nullptr;
     if (ly_ctx_new(nullptr, kContextOptions, &context) != LY_SUCCESS)
@@ -65,15 +58,11 @@ Schema::Schema(const std::vector<std::string> &directories, const std::string &m
         throw std::bad_alloc();
     }
     context_.reset(context);
-    for (const std::string &directory : directories)
-    {
-        AddDirectory(*context, directory);
-    }
-    const FileTrace trace(*context);
+    const FileSource source(*context, directories);
     module_ = ly_ctx_load_module(context, module.c_str(), nullptr, kAllFeatures);
     if (module_ == nullptr)
     {
-        throw YangError(Fault::Module, "YANG module " + module + " does not load\n" + Indented(trace.Errors()));
+        throw YangError(Fault::Module, "YANG module " + module + " does not load\n" + Indented(source.Errors()));
     }
 }
 

@@ -18,8 +18,8 @@ public:
     /**
      * Loads a module with all its features.
      *
-     * @param directories  where MODULE.yang, MODULE@REVISION.yang and their imports are looked for, in this order;
-     *                     nowhere else
+     * @param directories  where MODULE.yang, MODULE@REVISION.yang and their imports are looked for, with what is below
+     *                     them; the first one that has a module wins
      * @param module       name of the module
      * @throws YangError (Module) with libyang's messages; where libyang names a line, with file and line
      */
