@@ -38,7 +38,7 @@ std::string Lines(const char *mark, const DescribedNode &node, const Description
 {
     const auto found = other.find(node.path);
     const bool same = found != other.end() && found->second == node.description;
-    return same ? "" : mark + node.path + "  " + node.description + "\n";
+    return same ? "" : mark + node.path + " " + node.description + "\n";
 }
 
 std::string Compare(const TemplateNode &left, const TemplateNode &right)
@@ -55,7 +55,7 @@ std::string Compare(const TemplateNode &left, const TemplateNode &right)
         text += line;
         if (!line.empty() && other != rightByPath.end())
         {
-            text += "+ " + node.path + "  " + other->second + "\n";
+            text += "+ " + node.path + " " + other->second + "\n";
         }
     }
     for (const DescribedNode &node : rightNodes)

@@ -51,8 +51,9 @@ OwnedTree ReadTemplate(const std::string &bytes, const std::string &source)
         GPBLIB_ObjTree_Read(AsBytes(bytes), static_cast<std::uint32_t>(bytes.size()), &consumed, kModuleId, nullptr));
     if (tree == nullptr)
     {
-        throw NoTemplate(source, "unreadable at byte " + std::to_string(consumed) + " of " +
-                                     std::to_string(bytes.size()) + ", or nested too deeply there");
+        throw NoTemplate(source, consumed == 0 ? "it does not begin with the root of one"
+                                               : "unreadable at byte " + std::to_string(consumed) + " of " +
+                                                     std::to_string(bytes.size()) + ", or nested too deeply there");
     }
     if (consumed < bytes.size())
     {
