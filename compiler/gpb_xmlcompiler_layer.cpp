@@ -5,6 +5,7 @@
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
 
+#include "compiler/gpb_sub_message.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -13,7 +14,6 @@
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
-using google::protobuf::Reflection;
 
 namespace
 {
@@ -118,12 +118,11 @@ unsigned int GpbXmlCompiler::AddLayerToUpperLayer(const GpbCompilerStackLayer &s
     {
         return GPB_COMPILER_ERR;
     }
-    const Reflection *reflection = upper->GetReflection();
-    if (reflection == nullptr)
+    if (upper->GetReflection() == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
-    stLayer.pstMessage = pstField->is_repeated() ? reflection->AddMessage(upper, pstField, nullptr)
-                                                 : reflection->MutableMessage(upper, pstField, nullptr);
+    stLayer.pstMessage =
+        pstField->is_repeated() ? GpbAddSubMessage(upper, pstField) : GpbOpenSubMessage(upper, pstField);
     return GPB_COMPILER_OK;
 }

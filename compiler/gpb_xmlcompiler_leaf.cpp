@@ -3,6 +3,7 @@
 #include <libxml/tree.h>
 #include <memory>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -72,7 +73,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindLeaf(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindLeaf(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
@@ -82,7 +83,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED, "Gpb compiler leaf choice case node [%s] fail.",
@@ -110,7 +111,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found = pstFieldFinder->FindNode(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindNode(TopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_EMPTY_LEAF_FIELD,
@@ -120,7 +121,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_EMPTY_LEAF_CASE_FAILED,

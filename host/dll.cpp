@@ -12,14 +12,14 @@ bool isHead(const DllHead *list, const DllNode *node)
     return static_cast<const void *>(list) == static_cast<const void *>(node);
 }
 
-void setNext(DllHead *list, DllNode *node, DllNode *next)
+void setNext(DllHead *list, DllNode *of, DllNode *target)
 {
-    (isHead(list, node) ? list->pstFirst : node->pstNext) = next;
+    (isHead(list, of) ? list->pstFirst : of->pstNext) = target;
 }
 
-void setPrev(DllHead *list, DllNode *node, DllNode *previous)
+void setPrev(DllHead *list, DllNode *of, DllNode *target)
 {
-    (isHead(list, node) ? list->pstLast : node->pstPrev) = previous;
+    (isHead(list, of) ? list->pstLast : of->pstPrev) = target;
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace host
 Ledger &Ledger::instance()
 {
     alignas(Ledger) static unsigned char storage[sizeof(Ledger)];
-    static Ledger *const ledger = new (storage) Ledger;
+    static auto *const ledger = new (storage) Ledger;
     return *ledger;
 }
 
@@ -79,8 +79,8 @@ size_t Ledger::print()
     for (const Entry *entry = m_oldest; entry != nullptr; entry = entry->newer)
     {
         const GpbHostAllocation &held = entry->allocation;
-        std::fprintf(stderr, "%zu bytes held by module 0x%" PRIx32 ", %s:%" PRIu32 "\n", held.uiSize, held.uiModuleId,
-                     held.pcFile != nullptr ? held.pcFile : "?", held.uiLine);
+        (void)std::fprintf(stderr, "%zu bytes held by module 0x%" PRIx32 ", %s:%" PRIu32 "\n", held.uiSize,
+                           held.uiModuleId, held.pcFile != nullptr ? held.pcFile : "?", held.uiLine);
     }
     return m_entries.size();
 }

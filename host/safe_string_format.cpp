@@ -24,6 +24,7 @@ int format(char *destination, size_t size, size_t room, const char *formatText, 
     {
         return kFailed;
     }
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): every caller hands over a list that it has started
     const int length = isToFail ? kFailed : vsnprintf(destination, room, formatText, args);
     if (length < 0)
     {

@@ -22,8 +22,8 @@ GpbHostEvent makeEvent(GpbHostEventKind kind, const GpbHostAllocation &allocatio
 /** Tells of an error of the caller: the observer, and standard error for programs that have none. */
 void complain(const char *what, const GpbHostEvent &event)
 {
-    std::fprintf(stderr, "platform: %s (%p) at %s:%" PRIu32 "\n", what, event.pvMem,
-                 event.pcFile != nullptr ? event.pcFile : "?", event.uiLine);
+    (void)std::fprintf(stderr, "platform: %s (%p) at %s:%" PRIu32 "\n", what, event.pvMem,
+                       event.pcFile != nullptr ? event.pcFile : "?", event.uiLine);
     host::notify(event);
 }
 

@@ -22,6 +22,7 @@ std::string workPath()
     std::string path = g_setPath;
     if (path.empty())
     {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): a program that changes its environment does so before it has threads
         const char *const variable = std::getenv(kWorkPathVariable);
         path =
             variable != nullptr && *variable != '\0' ? std::string(variable) : std::filesystem::current_path().string();

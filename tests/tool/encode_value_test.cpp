@@ -88,6 +88,9 @@ TEST_F(EncodeValue, HostileEnumerationTextIsCutAndPrintable)
     EXPECT_EQ(findingFor("<color>" + std::string(100000, '!') + "</color>"),
               "<color>: " + shown + " is no value of enumeration Color");
     EXPECT_EQ(findingFor("<color>a&#x7f;b</color>"), "<color>: \"a?b\" is no value of enumeration Color");
+    EXPECT_EQ(findingFor("<color>a&#x9b;b</color>"), "<color>: \"a\xc2?b\" is no value of enumeration Color");
+    EXPECT_EQ(findingFor("<color>a&#xe9;b</color>"), "<color>: \"a\xc3\xa9"
+                                                     "b\" is no value of enumeration Color");
 }
 
 TEST_F(EncodeValue, ElementsWithoutAPlace)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 #include <set>
 
 #include "support/xml_document.h"
@@ -74,6 +75,12 @@ struct Example
     std::size_t leastLeaves;
     std::size_t mostLeaves;
 };
+
+/** Names an example in lists of tests. */
+void PrintTo(const Example &example, std::ostream *out)
+{
+    *out << example.module << " " << example.size;
+}
 
 class Examples : public gpbtest::ToolTest, public ::testing::WithParamInterface<Example>
 {

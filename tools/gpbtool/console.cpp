@@ -19,13 +19,18 @@ constexpr const char *kClearLine = "\r\033[K";
 std::string Printable(const std::string &text)
 {
     std::string out = text;
+    unsigned char previous = 0;
     for (char &c : out)
     {
         const auto byte = static_cast<unsigned char>(c);
-        if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7f)
+        const bool ascii = (byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7f;
+        // The other control characters, U+0080 to U+009F, as UTF-8; terminals obey them too.
+        const bool upper = previous == 0xc2 && byte >= 0x80 && byte <= 0x9f;
+        if (ascii || upper)
         {
             c = '?';
         }
+        previous = byte;
     }
     return out;
 }
