@@ -48,7 +48,7 @@ JsonText::JsonText(std::string text, std::string source) : text_(std::move(text)
 
 YangError JsonText::ErrorAt(const cJSON &value, const std::string &what) const
 {
-    return YangError(Fault::Ids, At(places_.at(&value).name) + what);
+    return {Fault::Ids, At(places_.at(&value).name) + what};
 }
 
 std::optional<std::uint32_t> JsonText::Number(const cJSON &value, std::uint32_t most) const

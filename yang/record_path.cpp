@@ -104,6 +104,19 @@ std::string Names(const Nodes &nodes)
     return names.empty() ? "none" : names;
 }
 
+/** Why a step is none: nothing of that name was found, or more than one node. */
+std::string Problem(const std::string &name, const std::string &where, const Nodes &children, const Nodes &found)
+{
+    std::string text = where;
+    if (found.empty())
+    {
+        text.insert(0, "no container, list or notification " + name + " in ");
+        return text.append("; there is: ").append(Names(children));
+    }
+    text.append(" has more than one case ").append(name);
+    return text.append("; name the choice too, as in ").append(PathOf(*found.front()));
+}
+
 } // namespace
 
 GpbYangNode &FindNode(const RecordTree &tree, const std::string &path)
@@ -114,20 +127,15 @@ GpbYangNode &FindNode(const RecordTree &tree, const std::string &path)
         const Nodes children = Children(tree, at);
         const bool isHere = step.module.empty() || step.module == tree.Module();
         const Nodes found = isHere ? Find(tree, children, step.name) : Nodes();
-        const std::string where = at == nullptr ? "module " + tree.Module() : PathOf(*at);
-        if (found.empty())
+        if (found.size() != 1)
         {
-            throw YangError(Fault::Path, path + ": no container, list or notification " + step.name + " in " + where +
-                                             "; there is: " + Names(children));
-        }
-        if (found.size() > 1)
-        {
-            throw YangError(Fault::Path, path + ": " + where + " has more than one case " + step.name +
-                                             "; name the choice too, as in " + PathOf(*found.front()));
+            const std::string where = at == nullptr ? "module " + tree.Module() : PathOf(*at);
+            throw YangError(Fault::Path, path + ": " + Problem(step.name, where, children, found));
         }
         at = found.front();
     }
-    return *at;
+    // A path has at least one step.
+    return *at; // NOLINT(clang-analyzer-core.uninitialized.UndefReturn)
 }
 
 } // namespace gpbyang

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace gpbyang
 {
@@ -25,13 +26,13 @@ bool Read(const std::string &path, std::string &content)
 /** The digits at the start of a text. */
 std::string Digits(const char *text)
 {
-    return std::string(text, std::strspn(text, "0123456789"));
+    return {text, std::strspn(text, "0123456789")};
 }
 
 } // namespace
 
-FileSource::FileSource(ly_ctx &context, const std::vector<std::string> &directories)
-    : context_(context), directories_(directories)
+FileSource::FileSource(ly_ctx &context, std::vector<std::string> directories)
+    : context_(context), directories_(std::move(directories))
 {
     for (std::string &directory : directories_)
     {
@@ -123,7 +124,7 @@ std::string FileSource::Errors() const
 
 std::string FileSource::Describe(const ly_err_item &error) const
 {
-    const std::string message = error.msg != nullptr ? error.msg : "unknown error";
+    std::string message = error.msg != nullptr ? error.msg : "unknown error";
     const char *path = error.path;
     if (path == nullptr || *path == '\0')
     {

@@ -28,7 +28,7 @@ class FileSource
 {
 public:
     /** Serves a context, which lives longer. `directories` are searched in their order, each with what is below it. */
-    FileSource(ly_ctx &context, const std::vector<std::string> &directories);
+    FileSource(ly_ctx &context, std::vector<std::string> directories);
     ~FileSource();
     FileSource(const FileSource &) = delete;
     FileSource &operator=(const FileSource &) = delete;

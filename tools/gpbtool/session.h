@@ -20,7 +20,7 @@ namespace gpbtool
 {
 
 /** Under this module id the tool's allocations stand in the platform's books. */
-inline constexpr std::uint32_t kModuleId = 0x47544F4Cu;
+inline constexpr std::uint32_t kModuleId = 0x47544F4CU;
 
 class Session
 {

@@ -35,12 +35,12 @@ ToolError AsToolError(const gpbyang::YangError &error)
     switch (error.Cause())
     {
     case gpbyang::Fault::Module:
-        return ToolError(ExitCode::Module, error.what(),
-                         "name the directories of the module and of what it imports with --yang-path");
+        return {ExitCode::Module, error.what(),
+                "name the directories of the module and of what it imports with --yang-path"};
     case gpbyang::Fault::Path:
-        return ToolError(ExitCode::Module, error.what(), "give --path a container, list, notification or case");
+        return {ExitCode::Module, error.what(), "give --path a container, list, notification or case"};
     default:
-        return ToolError(ExitCode::Input, error.what(), "correct the map, or leave out --ids to number by rule");
+        return {ExitCode::Input, error.what(), "correct the map, or leave out --ids to number by rule"};
     }
 }
 
@@ -78,7 +78,7 @@ std::string Dump(const Session &session, const TemplateRequest &request, std::ui
     // The length that the dump gives has 16 bits; the buffer is as long as the tree.
     const std::uint32_t length =
         GPBLIB_ObjTree_GetWriteLen(GPBLIB_GetGpbTemplate(classId, session.Context())->pstObjTree);
-    return std::string(reinterpret_cast<const char *>(buffer), length);
+    return {reinterpret_cast<const char *>(buffer), length};
 }
 
 /** Finds the leaves that should be in a template and are not. */
@@ -187,7 +187,7 @@ std::string BuildTemplate(Session &session, Console &console, const TemplateRequ
             throw ToolError(ExitCode::Encode, request.path + " does not fit " + request.module + ".proto",
                             "the library's messages above say what is missing there; -vv shows all of them");
         }
-        const std::string bytes = Dump(session, request, target.uiClassId);
+        std::string bytes = Dump(session, request, target.uiClassId);
         Warn(console, request, target, bytes);
         return bytes;
     }

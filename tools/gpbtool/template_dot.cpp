@@ -49,7 +49,7 @@ private:
     /** Returns the name of the box. */
     std::string AddContainer(const TemplateNode &container)
     {
-        const std::string box = "n" + std::to_string(boxes_++);
+        std::string box = "n" + std::to_string(boxes_++);
         const NodeWords words = InWords(container);
         std::string leaves;
         for (const TemplateNode &child : container.children)
@@ -67,7 +67,8 @@ private:
             if (!IsLeaf(child))
             {
                 const std::string childBox = AddContainer(child);
-                text_ += "  " + box + " -> " + childBox + " [label=\"" + std::to_string(child.number) + "\"];\n";
+                text_.append("  ").append(box).append(" -> ").append(childBox);
+                text_.append(" [label=\"").append(std::to_string(child.number)).append("\"];\n");
             }
         }
         return box;

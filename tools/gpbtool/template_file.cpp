@@ -16,8 +16,8 @@ namespace
 
 ToolError NoTemplate(const std::string &source, const std::string &why)
 {
-    return ToolError(ExitCode::Input, source + ": no template: " + why,
-                     "give a file that \"gpbtool template build\" or the library's template dump wrote");
+    return {ExitCode::Input, source + ": no template: " + why,
+            "give a file that \"gpbtool template build\" or the library's template dump wrote"};
 }
 
 const std::uint8_t *AsBytes(const std::string &text)

@@ -1,6 +1,5 @@
 // A template byte by byte.
 #include <algorithm>
-#include <cstdio>
 
 #include "template_views.h"
 
@@ -11,6 +10,7 @@ namespace
 {
 
 constexpr std::size_t kBytesPerLine = 16;
+constexpr std::size_t kOffsetDigits = 6;
 /** Room for a tag and a length, or a tag and a value. */
 constexpr std::uint32_t kHeaderRoom = 20;
 
@@ -109,10 +109,7 @@ private:
                                                                       : "field " + std::to_string(node.id);
         if (node.nodeType == GPB_OBJNODE_INTLEAF)
         {
-            char value[40] = {};
-            const auto number = static_cast<unsigned long long>(node.value);
-            std::snprintf(value, sizeof value, meaning != nullptr ? " %llu" : ": 0x%llx", number);
-            return name + value;
+            return name + (meaning != nullptr ? " " + std::to_string(node.value) : ": 0x" + HexDigits(node.value));
         }
         if (node.nodeType == GPB_OBJNODE_STRLEAF)
         {
@@ -125,16 +122,12 @@ private:
     {
         for (std::size_t at = 0; at < bytes.size(); at += kBytesPerLine)
         {
-            char offset[20] = {};
-            std::snprintf(offset, sizeof offset, "%06zx ", offset_ + at);
             std::string digits;
             for (std::size_t i = at; i < std::min(at + kBytesPerLine, bytes.size()); ++i)
             {
-                char digit[4] = {};
-                std::snprintf(digit, sizeof digit, " %02x", static_cast<unsigned char>(bytes[i]));
-                digits += digit;
+                digits.append(" ").append(HexDigits(static_cast<unsigned char>(bytes[i]), 2));
             }
-            text_ += offset + digits;
+            text_.append(HexDigits(offset_ + at, kOffsetDigits)).append(" ").append(digits);
             if (at == 0)
             {
                 text_ += std::string(3 * kBytesPerLine - digits.size() + 2, ' ') + words;

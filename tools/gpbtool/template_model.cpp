@@ -1,6 +1,5 @@
 #include "template_model.h"
 
-#include <cstdio>
 #include <map>
 
 namespace gpbtool
@@ -150,6 +149,16 @@ std::string NameOf(const TemplateNode &node)
     return node.managementClass ? Escaped(node.managementClass->name) : "?";
 }
 
+std::string HexDigits(std::uint64_t number, std::size_t width)
+{
+    std::string digits;
+    for (; number != 0; number >>= 4U)
+    {
+        digits.insert(0, 1, "0123456789abcdef"[number & 0xFU]);
+    }
+    return digits.size() < width ? std::string(width - digits.size(), '0') + digits : digits;
+}
+
 std::string Escaped(const std::string &text)
 {
     std::string out;
@@ -158,9 +167,7 @@ std::string Escaped(const std::string &text)
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20 || byte > 0x7e)
         {
-            char code[5] = {};
-            std::snprintf(code, sizeof code, "\\x%02x", byte);
-            out += code;
+            out.append("\\x").append(HexDigits(byte, 2));
             continue;
         }
         if (c == '"' || c == '\\')

@@ -52,6 +52,9 @@ TemplateNode MakeModel(const ObjNode &root);
 /** The name of a node: its field's, else its class's; "?" without description. Without unprintable characters. */
 std::string NameOf(const TemplateNode &node);
 
+/** Hexadecimal digits, with zeros ahead up to a width. */
+std::string HexDigits(std::uint64_t number, std::size_t width = 1);
+
 /** The text with a backslash before quotes and backslashes, and \xNN for what is not printable ASCII. */
 std::string Escaped(const std::string &text);
 

@@ -1,8 +1,6 @@
 // A template in words: as an indented tree, and as a list to compare.
 #include <algorithm>
 #include <array>
-#include <cinttypes>
-#include <cstdio>
 #include <unordered_map>
 
 #include "gpb_templatelib/gpb_template.h"
@@ -22,13 +20,6 @@ constexpr const char *kTypeNames[] = {"",        "double",   "float",    "int64"
 /** Columns are no wider than this, so that one long line does not push all others out of sight. */
 constexpr std::size_t kMostWidth = 60;
 constexpr std::size_t kGap = 2;
-
-std::string Hex(std::uint64_t number)
-{
-    char text[24] = {};
-    std::snprintf(text, sizeof text, "%" PRIx64, number);
-    return text;
-}
 
 std::string TypeName(std::uint64_t type)
 {
@@ -97,7 +88,13 @@ void AddDescriptions(const TemplateNode &node, const std::string &path, std::vec
     {
         const std::string name = NameOf(child);
         const int before = seen[name]++;
-        AddDescriptions(child, path + "/" + name + (before > 0 ? "[" + std::to_string(before + 1) + "]" : ""), all);
+        std::string childPath = path;
+        childPath.append("/").append(name);
+        if (before > 0)
+        {
+            childPath.append("[").append(std::to_string(before + 1)).append("]");
+        }
+        AddDescriptions(child, childPath, all);
     }
 }
 
@@ -109,7 +106,7 @@ NodeWords InWords(const TemplateNode &node)
     words.type = TypeWords(node);
     if (node.managementClass)
     {
-        words.id = "class 0x" + Hex(node.managementClass->classId);
+        words.id = "class 0x" + HexDigits(node.managementClass->classId);
     }
     else if (node.field)
     {
@@ -117,7 +114,7 @@ NodeWords InWords(const TemplateNode &node)
     }
     if (node.nodeType == GPB_OBJNODE_INTLEAF)
     {
-        words.carried = Hex(node.value & 0xFFFFFFFFu) + "." + Hex(node.value >> 32);
+        words.carried = HexDigits(node.value & 0xFFFFFFFFU) + "." + HexDigits(node.value >> 32U);
     }
     else if (node.nodeType == GPB_OBJNODE_STRLEAF)
     {
