@@ -9,6 +9,7 @@ std::vector<std::unique_ptr<Subcommand>> MakeSubcommands()
     all.push_back(MakeEncodeCommand());
     all.push_back(MakeDecodeCommand());
     all.push_back(MakeModulesCommand());
+    all.push_back(MakeTemplateCommand());
     return all;
 }
 
