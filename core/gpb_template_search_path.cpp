@@ -122,6 +122,10 @@ uint32_t GPBLIB_GetProtoFilePath(GpbLibContext *pstCtx, char *pcOut, const char 
 
 uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
 {
+    if (pstCtx == nullptr)
+    {
+        return 1;
+    }
     return GpbNoThrow(1U,
                       [&]
                       {

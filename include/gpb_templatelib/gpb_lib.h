@@ -208,7 +208,7 @@ extern "C"
      */
     GPB_API uint32_t GPBLIB_GetProtoFilePath(GpbLibContext *pstCtx, char *pcOut, const char *pcModuleName);
 
-    /** Creates the source tree (with its mappings) and the importer where they are missing. Returns 0. */
+    /** Creates the source tree (with its mappings) and the importer where they are missing. Returns 0; 1 for null. */
     GPB_API uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx);
 
     /** Maps every search place into the source tree, in search order. */
@@ -249,8 +249,8 @@ extern "C"
     /**
      * Forgets the record of MODULE.proto, so that it can be loaded again.
      *
-     * The importer keeps what it has read, and templates stay. Only GPBLIB_UnloadProtoFileAll makes files that changed
-     * on disk, or that protobuf has found faulty, be read anew.
+     * The importer keeps what it has read, and templates stay: a file that changed on disk is read anew only after
+     * GPBLIB_UnloadProtoFileAll. A file that failed to load is tried again at the next load.
      */
     GPB_API void GPBLIB_UnloadProtoFile(GpbLibContext *pstCtx, const char *pcModuleName);
 
