@@ -23,7 +23,7 @@ inline constexpr const char *kExitCodeHelp =
     "  0  done\n"
     "  1  wrong use of the command line\n"
     "  2  module or message not found, or the module does not load\n"
-    "  3  input that cannot be read, is no XML, is refused, or does not decode\n"
+    "  3  input that cannot be read, is no XML or JSON, is refused, or does not decode\n"
     "  4  the document could not be encoded\n"
     "  5  output could not be written\n"
     "  6  part of the document has no place in the module or a value does not fit; nothing was written\n"
