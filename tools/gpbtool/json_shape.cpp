@@ -4,8 +4,11 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <limits>
+#include <new>
 
 #include "gpb_templatelib/gpb_descriptor.h"
+#include "json_document.h"
 #include "value_check.h"
 
 namespace gpbtool
@@ -16,17 +19,28 @@ namespace
 
 namespace pb = google::protobuf;
 
-/** Whole numbers up to this one are exact as doubles, which numbers of JSON become. */
-constexpr long long kLastExact = 1LL << 53;
-
-bool IsExact(const std::string &text, bool isSigned)
+/** The number that a reader finds in the text that the library prints for this one: printing may cut digits. */
+double Printed(double number)
 {
-    if (isSigned)
+    const JsonTree item(cJSON_CreateNumber(number));
+    char *text = cJSON_PrintUnformatted(item.get());
+    if (text == nullptr)
     {
-        const long long number = std::strtoll(text.c_str(), nullptr, 10);
-        return number >= -kLastExact && number <= kLastExact;
+        throw std::bad_alloc();
     }
-    return std::strtoull(text.c_str(), nullptr, 10) <= static_cast<unsigned long long>(kLastExact);
+    const double printed = std::strtod(text, nullptr);
+    cJSON_free(text);
+    return printed;
+}
+
+/** Whether a whole number is still the same after its way through a number of JSON. */
+template <typename Integer>
+bool SurvivesAsNumber(const std::string &text, Integer number)
+{
+    // The first power of two beyond the type; casting what is not below it is undefined.
+    constexpr int kBits = std::numeric_limits<Integer>::digits;
+    const double printed = Printed(std::strtod(text.c_str(), nullptr));
+    return printed < std::ldexp(1.0, kBits) && static_cast<Integer>(printed) == number;
 }
 
 } // namespace
@@ -63,19 +77,26 @@ std::string JsonShape::NumberProblem(const std::string &text, const pb::FieldDes
     {
         return "";
     }
+    const double value = std::strtod(text.c_str(), nullptr);
+    bool survives = true;
     switch (field.cpp_type())
     {
     case pb::FieldDescriptor::CPPTYPE_DOUBLE:
+        survives = std::isfinite(value) && Printed(value) == value;
+        break;
     case pb::FieldDescriptor::CPPTYPE_FLOAT:
-        return std::isfinite(std::strtod(text.c_str(), nullptr)) ? "" : "JSON has no number \"" + text + "\"";
+        survives = std::isfinite(value) && static_cast<float>(Printed(value)) == static_cast<float>(value);
+        break;
     case pb::FieldDescriptor::CPPTYPE_INT64:
+        survives = !numbers64_ || SurvivesAsNumber(text, std::strtoll(text.c_str(), nullptr, 10));
+        break;
     case pb::FieldDescriptor::CPPTYPE_UINT64:
-        return !numbers64_ || IsExact(text, field.cpp_type() == pb::FieldDescriptor::CPPTYPE_INT64)
-                   ? ""
-                   : "\"" + text + "\" loses digits as a number; without --numbers64 it is a text";
+        survives = !numbers64_ || SurvivesAsNumber(text, std::strtoull(text.c_str(), nullptr, 10));
+        break;
     default:
-        return "";
+        break;
     }
+    return survives ? "" : "\"" + text + "\" is no number that JSON can hold as it is";
 }
 
 } // namespace gpbtool
