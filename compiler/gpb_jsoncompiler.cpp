@@ -2,9 +2,9 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/message.h>
 
+#include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_translator_table.h"
-#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -50,7 +50,7 @@ unsigned int GpbJsonCompiler::EncodeJson(cJSON *pstRoot, cJSON *pstItem)
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return EncodeItem(pstRoot, pstItem); });
+    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_ERR, [&] { return EncodeItem(pstRoot, pstItem); });
 }
 
 unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)

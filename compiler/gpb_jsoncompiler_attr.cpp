@@ -3,8 +3,8 @@
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
 
+#include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
-#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -76,7 +76,8 @@ unsigned int GpbJsonCompiler::GetMdlAttr(const void *pvHandle, cJSON *pstRoot, c
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return FillMdlAttr(pvHandle, pstRoot, pstItem, pvMdlAttr); });
+    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_ERR,
+                           [&] { return FillMdlAttr(pvHandle, pstRoot, pstItem, pvMdlAttr); });
 }
 
 unsigned int GpbJsonCompiler::FillMdlAttr(const void *pvHandle, cJSON *pstRoot, cJSON *pstItem, void *pvMdlAttr)

@@ -4,9 +4,9 @@
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
 
+#include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_translator_table.h"
-#include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_lib.h"
 
@@ -52,7 +52,7 @@ unsigned int GpbXmlCompiler::Encode(xmlDoc *pstDoc)
     {
         return GPB_COMPILER_NO_ROOT;
     }
-    return GpbNoThrow(GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); });
+    return GpbGuardFactory(ucFactoryBroken, GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); });
 }
 
 unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)

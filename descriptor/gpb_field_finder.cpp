@@ -1,50 +1,49 @@
 #include "descriptor/gpb_field_finder.h"
 
+#include "descriptor/gpb_field_search.h"
+
 using google::protobuf::Descriptor;
 
-GpbFieldFinder::Found GpbFieldFinder::FindNode(const Descriptor *message, const char *nodeName, uint32_t layer)
+GpbFoundField GpbFieldFinder::FindNode(const Descriptor *message, const char *nodeName, uint32_t layer)
 {
     if (message == nullptr || nodeName == nullptr)
     {
         return {};
     }
-    Answers &answers = places_[{message, layer}];
-    const Search search = [](const Descriptor *in, const char *name, uint32_t at)
-    {
-        Found found;
-        found.field = GPB_FindFieldDescByNodeName(in, name, static_cast<int32_t>(at), &found.caseField);
-        return found;
-    };
-    return Remembered(answers.nodes, answers.names, search, message, nodeName, layer);
+    Answers &answers = AnswersOf(message, layer);
+    const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
+    return Remembered(answers.nodes, answers, nodeName,
+                      [&] { return GpbSearchNode(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
-GpbFieldFinder::Found GpbFieldFinder::FindLeaf(const Descriptor *message, const char *nodeName, uint32_t layer)
+GpbFoundField GpbFieldFinder::FindLeaf(const Descriptor *message, const char *nodeName, uint32_t layer)
 {
     if (message == nullptr || nodeName == nullptr)
     {
         return {};
     }
-    Answers &answers = places_[{message, layer}];
-    const Search search = [](const Descriptor *in, const char *name, uint32_t at)
-    {
-        Found found;
-        found.field = GPB_GetLeafFieldDescByNodeName(name, in, static_cast<int32_t>(at), &found.caseField);
-        return found;
-    };
-    return Remembered(answers.leaves, answers.names, search, message, nodeName, layer);
+    Answers &answers = AnswersOf(message, layer);
+    const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
+    return Remembered(answers.leaves, answers, nodeName,
+                      [&] { return GpbSearchLeaf(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
-GpbFieldFinder::Found GpbFieldFinder::Remembered(std::unordered_map<std::string_view, Found> &answers,
-                                                 std::deque<std::string> &names, Search search,
-                                                 const Descriptor *message, const char *nodeName, uint32_t layer)
+GpbFieldFinder::Answers &GpbFieldFinder::AnswersOf(const Descriptor *message, uint32_t layer)
 {
-    const auto known = answers.find(nodeName);
-    if (known != answers.end())
+    return places_.try_emplace({message, layer}, message, static_cast<int32_t>(layer)).first->second;
+}
+
+template <typename Search>
+GpbFoundField GpbFieldFinder::Remembered(std::unordered_map<std::string_view, GpbFoundField> &known, Answers &answers,
+                                         const char *nodeName, const Search &search)
+{
+    const auto answer = known.find(nodeName);
+    if (answer != known.end())
     {
-        return known->second;
+        return answer->second;
     }
-    const Found found = search(message, nodeName, layer);
-    names.emplace_back(nodeName);
-    answers.emplace(names.back(), found);
+    const GpbFoundField found = search();
+    answers.names.emplace_back(nodeName);
+    known.emplace(answers.names.back(), found);
     return found;
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "descriptor/gpb_case_index.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 
 /// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, and remembers the answers, misses
@@ -19,23 +20,19 @@
 class GpbFieldFinder
 {
 public:
-    /// What a search found: the field, or null, and the case field that leads to it, or null.
-    struct Found
-    {
-        const google::protobuf::FieldDescriptor *field = nullptr;
-        const google::protobuf::FieldDescriptor *caseField = nullptr;
-    };
-
-    Found FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
-    Found FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
+    GpbFoundField FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
+    GpbFoundField FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
 
 private:
     /// The answers of one message type in one layer; the keys point into `names`.
     struct Answers
     {
-        std::unordered_map<std::string_view, Found> nodes;
-        std::unordered_map<std::string_view, Found> leaves;
+        std::unordered_map<std::string_view, GpbFoundField> nodes;
+        std::unordered_map<std::string_view, GpbFoundField> leaves;
         std::deque<std::string> names;
+        GpbCaseIndex cases;
+
+        Answers(const google::protobuf::Descriptor *message, int32_t layer) : cases(message, layer) {}
     };
 
     struct Place
@@ -54,11 +51,11 @@ private:
         }
     };
 
-    using Search = Found (*)(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
+    Answers &AnswersOf(const google::protobuf::Descriptor *message, uint32_t layer);
 
-    static Found Remembered(std::unordered_map<std::string_view, Found> &answers, std::deque<std::string> &names,
-                            Search search, const google::protobuf::Descriptor *message, const char *nodeName,
-                            uint32_t layer);
+    template <typename Search>
+    static GpbFoundField Remembered(std::unordered_map<std::string_view, GpbFoundField> &known, Answers &answers,
+                                    const char *nodeName, const Search &search);
 
     std::unordered_map<Place, Answers, PlaceHash> places_;
 };

@@ -38,11 +38,11 @@ typedef struct GpbXmlCompilerBase GpbXmlCompilerBase;
     } GpbMdlAttr;
 
 /** Data-type codes of leaves. */
-#define GPB_MDL_TYPE_INT 7u     /**< signed, 32 or 64 bits */
-#define GPB_MDL_TYPE_UINT 8u    /**< unsigned, 32 or 64 bits */
-#define GPB_MDL_TYPE_BOOL 13u   /**< boolean */
-#define GPB_MDL_TYPE_STRING 25u /**< string, bytes, enumeration */
-#define GPB_MDL_TYPE_FLOAT 54u  /**< float; a double has no code and is left out */
+#define GPB_MDL_TYPE_INT 7U     /**< signed, 32 or 64 bits */
+#define GPB_MDL_TYPE_UINT 8U    /**< unsigned, 32 or 64 bits */
+#define GPB_MDL_TYPE_BOOL 13U   /**< boolean */
+#define GPB_MDL_TYPE_STRING 25U /**< string, bytes, enumeration */
+#define GPB_MDL_TYPE_FLOAT 54U  /**< float; a double has no code and is left out */
 
     /**
      * Creates an XML to GPB compiler; the module's proto file is loaded if it is not yet.
@@ -56,7 +56,7 @@ typedef struct GpbXmlCompilerBase GpbXmlCompilerBase;
     /**
      * Creates an XML to JSON compiler; see GpbXmlCompiler_CreateCompiler.
      *
-     * @param ucFlag  1: 64-bit integers become JSON numbers, which keeps 53 bits of them; else JSON strings
+     * @param ucFlag  1: 64-bit integers become JSON numbers, of which 15 digits are kept for sure; else JSON strings
      */
     GPB_API GpbXmlCompilerBase *GpbXmlCompiler_CreateJsonCompiler(void *pvLibHandle, const char *pcModuleName,
                                                                   unsigned char ucFlag);

@@ -1,0 +1,76 @@
+#include "support/library_session.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include <google/protobuf/compiler/importer.h>
+#include <libxml/parser.h>
+
+namespace gpbbench
+{
+
+namespace
+{
+
+constexpr uint32_t MODULE_ID = 1;
+
+std::string MakeTemporaryDirectory()
+{
+    std::string path = (std::filesystem::temp_directory_path() / "gpb-bench-XXXXXX").string();
+    if (mkdtemp(path.data()) == nullptr)
+    {
+        throw std::runtime_error("cannot make a temporary directory");
+    }
+    return path + "/";
+}
+
+} // namespace
+
+LibrarySession::LibrarySession() : directory_(MakeTemporaryDirectory())
+{
+    GpbLibInitParam param = {};
+    param.uiModuleId = MODULE_ID;
+    context_ = GPBLIB_Initial(&param);
+    if (context_ == nullptr || GPBLIB_PkgAddInstallPath(context_, directory_.c_str()) != 0)
+    {
+        throw std::runtime_error("cannot make a library context");
+    }
+}
+
+LibrarySession::~LibrarySession()
+{
+    GPBLIB_Uninitial(context_);
+    std::error_code ignored;
+    std::filesystem::remove_all(directory_, ignored);
+}
+
+void LibrarySession::AddModule(const std::string &name, const std::string &protoText)
+{
+    std::ofstream file(directory_ + name + ".proto");
+    file << protoText;
+    file.close();
+    if (!file || GPBLIB_ProtobufLoad(context_, name.c_str(), 0) != 0)
+    {
+        throw std::runtime_error("cannot load module " + name);
+    }
+}
+
+const google::protobuf::DescriptorPool *LibrarySession::Pool() const
+{
+    return GPBLIB_GetImporter(context_)->pool();
+}
+
+XmlDocument ParseXml(const std::string &text)
+{
+    XmlDocument document(
+        xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr, XML_PARSE_NONET));
+    if (document == nullptr)
+    {
+        throw std::runtime_error("the document does not parse");
+    }
+    return document;
+}
+
+} // namespace gpbbench

@@ -1,0 +1,49 @@
+// A library context on modules that a benchmark makes, with all print slots closed.
+#ifndef GPB_BENCH_SUPPORT_LIBRARY_SESSION_H
+#define GPB_BENCH_SUPPORT_LIBRARY_SESSION_H
+
+#include <memory>
+#include <string>
+
+#include <google/protobuf/descriptor.h>
+#include <libxml/tree.h>
+
+#include "gpb_templatelib/gpb_lib.h"
+
+namespace gpbbench
+{
+
+/// Failures throw std::runtime_error. The modules lie in a temporary directory that goes with the session.
+class LibrarySession
+{
+public:
+    LibrarySession();
+    ~LibrarySession();
+    LibrarySession(const LibrarySession &) = delete;
+    LibrarySession &operator=(const LibrarySession &) = delete;
+
+    /// Writes MODULE.proto and loads it, unless it is loaded.
+    void AddModule(const std::string &name, const std::string &protoText);
+
+    /// The pool that the library has read its modules into.
+    const google::protobuf::DescriptorPool *Pool() const;
+
+    GpbLibContext *Context() const { return context_; }
+
+private:
+    std::string directory_; ///< ends with "/"
+    GpbLibContext *context_ = nullptr;
+};
+
+struct XmlDocumentFree
+{
+    void operator()(xmlDoc *document) const { xmlFreeDoc(document); }
+};
+using XmlDocument = std::unique_ptr<xmlDoc, XmlDocumentFree>;
+
+/// Parses a document as hosts do, blank text nodes included.
+XmlDocument ParseXml(const std::string &text);
+
+} // namespace gpbbench
+
+#endif

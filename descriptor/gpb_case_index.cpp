@@ -1,0 +1,103 @@
+#include "descriptor/gpb_case_index.h"
+
+#include <google/protobuf/descriptor.h>
+#include <string>
+#include <utility>
+
+using google::protobuf::Descriptor;
+using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+// A search asks each case for the name, and for the name with its layer number.
+constexpr size_t LOOK_UPS_PER_CASE = 2;
+
+} // namespace
+
+GpbFoundField GpbCaseIndex::Find(const char *name)
+{
+    if (state_ == State::NEW)
+    {
+        CollectCases();
+    }
+    if (state_ == State::SEARCHING && lookUpCount_ >= fieldCount_)
+    {
+        MakeIndex();
+    }
+    if (state_ == State::SEARCHING)
+    {
+        lookUpCount_ += cases_.size() * LOOK_UPS_PER_CASE;
+        return GpbSearchCases(message_, name, layer_);
+    }
+    const auto known = fields_.find(name);
+    return known == fields_.end() ? GpbFoundField() : known->second;
+}
+
+void GpbCaseIndex::CollectCases()
+{
+    const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
+    uint32_t count = 0;
+    if (GPB_GetOneofCaseChilds(message_, cases, GPB_MAX_CASE_FIELDS, &count) != 0 || count == 0)
+    {
+        // Too many cases, or none: nothing will ever be found.
+        state_ = State::INDEXED;
+        return;
+    }
+    cases_.assign(cases, cases + count);
+    for (const FieldDescriptor *caseField : cases_)
+    {
+        fieldCount_ += static_cast<size_t>(caseField->message_type()->field_count());
+    }
+    state_ = State::SEARCHING;
+}
+
+void GpbCaseIndex::MakeIndex()
+{
+    Fields fields;
+    fields.reserve(fieldCount_);
+    for (const FieldDescriptor *caseField : cases_)
+    {
+        if (!AddCase(fields, caseField))
+        {
+            break;
+        }
+    }
+    fields_ = std::move(fields);
+    state_ = State::INDEXED;
+}
+
+// Adds what this case has under names that no earlier case has; false when the case ends the search.
+bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) const
+{
+    const Descriptor *caseMessage = caseField->message_type();
+    for (int i = 0; i < caseMessage->field_count(); ++i)
+    {
+        const FieldDescriptor *field = caseMessage->field(i);
+        const auto [place, added] = fields.try_emplace(field->lowercase_name(), GpbFoundField{field, caseField});
+        if (!added && place->second.caseField == caseField)
+        {
+            // Names that differ in case alone: protobuf knows which of them it finds.
+            place->second.field = caseMessage->FindFieldByLowercaseName(field->lowercase_name());
+        }
+    }
+    const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message_, layer_));
+    // A case message from elsewhere has no layer number here, and deliberately ends the search.
+    if (layer < 1)
+    {
+        return false;
+    }
+    const std::string suffix = std::to_string(layer);
+    for (int i = 0; i < caseMessage->field_count(); ++i)
+    {
+        const std::string &longName = caseMessage->field(i)->lowercase_name();
+        const bool hasSuffix = longName.size() >= suffix.size() && longName.size() < GPB_NAME_SIZE &&
+                               longName.compare(longName.size() - suffix.size(), suffix.size(), suffix) == 0;
+        if (hasSuffix)
+        {
+            const std::string_view name(longName.data(), longName.size() - suffix.size());
+            fields.try_emplace(name, GpbFoundField{caseMessage->FindFieldByLowercaseName(longName), caseField});
+        }
+    }
+    return true;
+}

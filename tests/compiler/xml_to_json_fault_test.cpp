@@ -1,0 +1,167 @@
+// XML to JSON without memory: each allocation of items and each platform call fails once.
+#include <cstdlib>
+
+#include "compiler/json_fixture.h"
+
+namespace gpbtest
+{
+namespace
+{
+
+/** cJSON's allocator while one of these lives: counts what is held, and fails the n-th call. */
+class ItemMemory
+{
+public:
+    explicit ItemMemory(size_t failingCall)
+    {
+        s_calls = 0;
+        s_held = 0;
+        s_failingCall = failingCall;
+        cJSON_Hooks hooks = {allocate, release};
+        cJSON_InitHooks(&hooks);
+    }
+
+    ~ItemMemory() { cJSON_InitHooks(nullptr); }
+
+    ItemMemory(const ItemMemory &) = delete;
+    ItemMemory &operator=(const ItemMemory &) = delete;
+
+    static size_t calls() { return s_calls; }
+    static size_t held() { return s_held; }
+
+private:
+    static void *allocate(size_t size)
+    {
+        if (++s_calls == s_failingCall)
+        {
+            return nullptr;
+        }
+        ++s_held;
+        return std::malloc(size);
+    }
+
+    static void release(void *memory)
+    {
+        s_held -= memory == nullptr ? 0 : 1;
+        std::free(memory);
+    }
+
+    static size_t s_calls;
+    static size_t s_held;
+    static size_t s_failingCall;
+};
+
+size_t ItemMemory::s_calls = 0;
+size_t ItemMemory::s_held = 0;
+size_t ItemMemory::s_failingCall = 0;
+
+class XmlToJsonFaultTest : public JsonFixture
+{
+protected:
+    void SetUp() override
+    {
+        JsonFixture::SetUp();
+        addModule("plant", kPlantProto);
+    }
+
+    /** Encodes with the n-th allocation of items failing; returns the number of allocations. */
+    size_t encodeFailing(const XmlDocument &document, size_t failingCall, CompilerResult &result)
+    {
+        const ItemMemory memory(failingCall);
+        {
+            const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
+            result = takeResult(*compiler, compiler->Encode(document.get()));
+        }
+        EXPECT_EQ(0u, ItemMemory::held());
+        return ItemMemory::calls();
+    }
+};
+
+TEST_F(XmlToJsonFaultTest, LosesNothingWhicheverItemCannotBeMade)
+{
+    const XmlDocument document("<plant><level>1</level><first-name>x</first-name><on/><names>a</names><names>b</names>"
+                               "<box><size>1</size></box><boxes><label>l</label></boxes><boxes>\n</boxes></plant>");
+    CompilerResult whole;
+    const size_t calls = encodeFailing(document, 0, whole);
+    EXPECT_EQ(R"({"plant":{"level":1,"first-name":"x","on":true,"names":["a","b"],"box":{"size":1},)"
+              R"("boxes":[{"label":"l"},{}]}})",
+              whole.bytes);
+    EXPECT_GT(calls, 20u);
+    for (size_t failing = 1; failing <= calls; ++failing)
+    {
+        SCOPED_TRACE(failing);
+        log().clear();
+        CompilerResult result;
+        encodeFailing(document, failing, result);
+        EXPECT_TRUE(result.code == 0 || result.code == 11) << result.code;
+        EXPECT_NE(whole.bytes, result.bytes);
+        if (result.code == 11 && failing > 1)
+        {
+            EXPECT_EQ("[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return 11.", log().lines().back().text);
+        }
+    }
+}
+
+TEST_F(XmlToJsonFaultTest, FailsWithoutTheRootObject)
+{
+    const XmlDocument document("<plant><level>1</level></plant>");
+    CompilerResult result;
+    encodeFailing(document, 1, result);
+    EXPECT_EQ(11u, result.code);
+    EXPECT_TRUE(result.isNull);
+    EXPECT_EQ("", log().take());
+}
+
+TEST_F(XmlToJsonFaultTest, ReportsALeafWithoutItem)
+{
+    // The calls: root object; plant's object and name; the number.
+    const XmlDocument document("<plant><level>1</level><count>2</count></plant>");
+    CompilerResult result;
+    encodeFailing(document, 4, result);
+    EXPECT_EQ(0u, result.code);
+    EXPECT_EQ(R"({"plant":{"count":2}})", result.bytes);
+    EXPECT_LOG(log(), "0: Fail to translator node [level] value [1].");
+}
+
+TEST_F(XmlToJsonFaultTest, EndsAtAnEmptyLeafWithoutItem)
+{
+    const XmlDocument document("<plant><on/><count>2</count></plant>");
+    CompilerResult result;
+    encodeFailing(document, 4, result);
+    // Inside a container that is passed over, as any failing one is.
+    EXPECT_EQ(0u, result.code);
+    EXPECT_EQ(R"({"plant":{}})", result.bytes);
+    EXPECT_LOG(log(), "0: Fail to translator node [on] value [true].");
+}
+
+TEST_F(XmlToJsonFaultTest, HasNoResultThatCannotBeCopied)
+{
+    const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
+    const XmlDocument document("<plant><level>1</level></plant>");
+    EXPECT_EQ(0u, compiler->Encode(document.get()));
+    GpbHost_FailCall(GPB_HOST_MALLOC, 1);
+    EXPECT_TRUE(takeResult(*compiler, 0).isNull);
+    EXPECT_EQ(R"({"plant":{"level":1}})", takeResult(*compiler, 0).bytes) << "the next call prints again";
+}
+
+TEST_F(XmlToJsonFaultTest, SurvivesEachFailingPlatformCall)
+{
+    const XmlDocument document("<plant><level>1</level><names>a</names><boxes><label>l</label></boxes>"
+                               "<left-leaf>x</left-leaf><on/></plant>");
+    const uint64_t calls = failEachCall(
+        [&](const FaultRun &run)
+        {
+            const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
+            const CompilerResult result = takeResult(*compiler, compiler->Encode(document.get()));
+            EXPECT_EQ(0u, result.code);
+            if (!run.fails())
+            {
+                EXPECT_EQ(R"({"plant":{"level":1,"names":["a"],"boxes":[{"label":"l"}],"left-leaf":"x","on":true}})",
+                          result.bytes);
+            }
+        });
+    EXPECT_GT(calls, 8u);
+}
+
+} // namespace
+} // namespace gpbtest
