@@ -48,6 +48,8 @@ std::vector<std::unique_ptr<Subcommand>> MakeSubcommands();
 
 std::unique_ptr<Subcommand> MakeEncodeCommand();
 std::unique_ptr<Subcommand> MakeDecodeCommand();
+std::unique_ptr<Subcommand> MakeJsonCommand();
+std::unique_ptr<Subcommand> MakeAttrsCommand();
 std::unique_ptr<Subcommand> MakeModulesCommand();
 std::unique_ptr<Subcommand> MakeTemplateCommand();
 std::unique_ptr<Subcommand> MakeTemplateBuildCommand();
