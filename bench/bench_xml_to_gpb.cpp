@@ -109,17 +109,17 @@ public:
     {
         // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
         runner_.StartSeries("document size", 1);
-        for (const size_t leaves : {20, 2000, 200000})
+        for (const size_t leaves : {size_t{20}, size_t{2000}, size_t{200000}})
         {
             Add("leaves:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves));
         }
         runner_.StartSeries("message width", 0);
-        for (const size_t width : {10, 100, 1000})
+        for (const size_t width : {size_t{10}, size_t{100}, size_t{1000}})
         {
             Add("width:" + std::to_string(width), gpbbench::MakeWideWorkload(width, SERIES_LEAVES));
         }
         runner_.StartSeries("number of cases", 0);
-        for (const size_t cases : {4, 64, 200})
+        for (const size_t cases : {size_t{4}, size_t{64}, size_t{200}})
         {
             Add("cases:" + std::to_string(cases), gpbbench::MakeChoiceWorkload(cases, SERIES_LEAVES));
         }

@@ -2,6 +2,7 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
@@ -49,7 +50,7 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
 {
     const uint32_t layerNum = stStack.uiLayerNum;
     const GpbCompilerStackLayer &top = GpbTopLayer(stStack);
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(top.pstDescriptor, GpbLib_Json_GetObjectName(pstItem), layerNum + 1);
     if (found.field == nullptr)
     {
@@ -60,7 +61,7 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED,

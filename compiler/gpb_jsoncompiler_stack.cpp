@@ -4,6 +4,7 @@
 #include <google/protobuf/message.h>
 #include <utility>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
@@ -131,7 +132,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     {
         return GPB_COMPILER_ERR;
     }
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[stStack.uiLayerNum - 1].pstDescriptor, pcKey, stStack.uiLayerNum + 1);
     if (found.field == nullptr)
     {
@@ -144,7 +145,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CASE_FAILED, "Json compiler push choice case node [%s] fail.",
@@ -201,7 +202,7 @@ unsigned int GpbJsonCompiler::GPB_FillLayerMessage(const GpbCompilerStackLayer &
                 static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_ERR;
     }
-    stLayer.pstMessage = GpbOpenSubMessage(stUpper.pstMessage, pstField);
+    stLayer.pstMessage = GpbMakeLayerMessage(stUpper.pstMessage, pstField);
     return stLayer.pstMessage == nullptr ? GPB_COMPILER_ERR : GPB_COMPILER_OK;
 }
 

@@ -2,6 +2,7 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
@@ -85,8 +86,8 @@ unsigned int GpbJsonCompiler::ProcLeafListNode(cJSON *pstArray, cJSON *pstMember
     {
         return pstMember == nullptr ? GPB_COMPILER_OK : GPB_COMPILER_ERR;
     }
-    const GpbFieldFinder::Found found = pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor,
-                                                                 GpbLib_Json_GetObjectName(pstArray), layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor,
+                                                         GpbLib_Json_GetObjectName(pstArray), layerNum + 1);
     if (found.field == nullptr)
     {
         return GPB_COMPILER_ERR;
@@ -99,7 +100,7 @@ unsigned int GpbJsonCompiler::ProcLeafListNode(cJSON *pstArray, cJSON *pstMember
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_LIST_CASE_FAILED,

@@ -6,6 +6,7 @@
 #include <google/protobuf/message.h>
 #include <utility>
 
+#include "compiler/gpb_sub_message.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_descriptor.h"
@@ -14,7 +15,6 @@
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 using google::protobuf::Message;
-using google::protobuf::Reflection;
 
 namespace
 {
@@ -83,19 +83,13 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
     layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
 }
 
-Message *GpbOpenSubMessage(Message *upper, const FieldDescriptor *field)
+Message *GpbMakeLayerMessage(Message *upper, const FieldDescriptor *field)
 {
-    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type() || upper->GetReflection() == nullptr)
     {
         return nullptr;
     }
-    const Reflection *reflection = upper->GetReflection();
-    if (reflection == nullptr)
-    {
-        return nullptr;
-    }
-    return field->is_repeated() ? reflection->AddMessage(upper, field, nullptr)
-                                : reflection->MutableMessage(upper, field, nullptr);
+    return field->is_repeated() ? GpbAddSubMessage(upper, field) : GpbOpenSubMessage(upper, field);
 }
 
 GpbTopMessage::~GpbTopMessage()

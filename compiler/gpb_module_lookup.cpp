@@ -19,13 +19,14 @@ constexpr GpbModule NO_MODULE = {nullptr, nullptr};
 GpbModule GpbLookUpModule(void *libHandle, const char *moduleName, const GpbModuleLookupLog &log)
 {
     auto *context = static_cast<GpbLibContext *>(libHandle);
-    if (context == nullptr || moduleName == nullptr)
+    if (context == nullptr)
     {
         return NO_MODULE;
     }
     if (GPBLIB_ProtobufLoad(context, moduleName, 0) != 0)
     {
-        GPBLIB_DebugPrint(context, GPB_LOG_ERROR, log.function, log.loadLine, log.loadText, moduleName);
+        GPBLIB_DebugPrint(context, GPB_LOG_ERROR, log.function, log.loadLine, log.loadText,
+                          moduleName == nullptr ? "" : moduleName);
         return NO_MODULE;
     }
     GpbPbImporter *importer = GPBLIB_GetImporter(context);

@@ -52,7 +52,19 @@ unsigned int GpbXmlCompiler::Encode(xmlDoc *pstDoc)
     {
         return GPB_COMPILER_NO_ROOT;
     }
-    return GpbNoThrow(GPB_COMPILER_NO_MESSAGE, [&] { return EncodeRoot(root); });
+    if (ucFactoryBroken != 0)
+    {
+        return GPB_COMPILER_NO_MESSAGE;
+    }
+    // Set while the walk runs, so that it stays set when an exception ends it.
+    ucFactoryBroken = 1;
+    return GpbNoThrow(GPB_COMPILER_NO_MESSAGE,
+                      [&]
+                      {
+                          const unsigned int result = EncodeRoot(root);
+                          ucFactoryBroken = 0;
+                          return result;
+                      });
 }
 
 unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)

@@ -3,6 +3,7 @@
 #include <libxml/tree.h>
 #include <memory>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
@@ -67,8 +68,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
-        pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
@@ -78,7 +78,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED, "Gpb compiler leaf choice case node [%s] fail.",
@@ -106,8 +106,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     const uint32_t layerNum = stStack.uiLayerNum;
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
-        pstFieldFinder->FindNode(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindNode(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_EMPTY_LEAF_FIELD,
@@ -117,7 +116,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_EMPTY_LEAF_CASE_FAILED,

@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <utility>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -63,7 +64,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
         return ProcCompilerTopLayer(pstNode, stStack);
     }
     const char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
@@ -72,7 +73,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CONTAINER_CASE_FAILED,
@@ -143,7 +144,7 @@ unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbC
         return GPB_COMPILER_ERR;
     }
     const char *name = GpbXmlNodeName(pstNode);
-    const GpbFieldFinder::Found found =
+    const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[stStack.uiLayerNum - 1].pstDescriptor, name, stStack.uiLayerNum + 1);
     if (found.field == nullptr)
     {
@@ -151,7 +152,7 @@ unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbC
     }
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GPB_PushAncesDescriptor(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
             GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PRESENCE_CASE_FAILED,

@@ -3,14 +3,15 @@
 #include <google/protobuf/message.h>
 #include <string>
 
+#include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_sub_message.h"
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
-using google::protobuf::Reflection;
 
 namespace
 {
@@ -49,13 +50,12 @@ Message *OpenMessage(GpbCompilerStack &stack, Message *parent, const FieldDescri
     {
         return nullptr;
     }
-    const Reflection *reflection = parent->GetReflection();
-    if (reflection == nullptr)
+    if (parent->GetReflection() == nullptr)
     {
         return nullptr;
     }
     const GpbCaseSwitch caseSwitch(stack, parent, entry);
-    return reflection->MutableMessage(parent, entry, nullptr);
+    return GpbOpenSubMessage(parent, entry);
 }
 
 // Takes the slot above the top as it was left, message and path included, if it is of the right type. Its message may
@@ -72,7 +72,34 @@ bool ReuseSlot(GpbCompilerStack &stack, const FieldDescriptor *entry)
     return true;
 }
 
-unsigned int PushAncestors(const FieldDescriptor *field, GpbCompilerStack &stack)
+} // namespace
+
+unsigned int GPB_GetDescriptorAncestors(const FieldDescriptor *pstField, const Descriptor *pstTop,
+                                        const FieldDescriptor **ppstAncestors, unsigned int /*uiMaxNum*/)
+{
+    if (pstField == nullptr || ppstAncestors == nullptr)
+    {
+        return 0;
+    }
+    unsigned int count = 0;
+    ppstAncestors[count++] = pstField;
+    const Descriptor *type = pstField->containing_type();
+    while (type != nullptr && type != pstTop)
+    {
+        const Descriptor *parent = type->containing_type();
+        const FieldDescriptor *field = parent == nullptr ? nullptr : FieldOfType(parent, type);
+        // Every caller's array has this many entries, so a deeper chain counts as one that does not reach the top.
+        if (field == nullptr || count == GPB_MAX_ANCESTOR_NUM)
+        {
+            return 0;
+        }
+        ppstAncestors[count++] = field;
+        type = parent;
+    }
+    return type == nullptr ? 0 : count;
+}
+
+unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStack &stack)
 {
     if (stack.uiLayerNum == 0 || stack.uiLayerNum > GPB_COMPILER_MAX_LAYERS ||
         stack.astLayer[stack.uiLayerNum - 1].pstDescriptor == nullptr)
@@ -115,34 +142,7 @@ unsigned int PushAncestors(const FieldDescriptor *field, GpbCompilerStack &stack
     return GPB_COMPILER_OK;
 }
 
-} // namespace
-
-unsigned int GPB_GetDescriptorAncestors(const FieldDescriptor *pstField, const Descriptor *pstTop,
-                                        const FieldDescriptor **ppstAncestors, unsigned int /*uiMaxNum*/)
-{
-    if (pstField == nullptr || ppstAncestors == nullptr)
-    {
-        return 0;
-    }
-    unsigned int count = 0;
-    ppstAncestors[count++] = pstField;
-    const Descriptor *type = pstField->containing_type();
-    while (type != nullptr && type != pstTop)
-    {
-        const Descriptor *parent = type->containing_type();
-        const FieldDescriptor *field = parent == nullptr ? nullptr : FieldOfType(parent, type);
-        // Every caller's array has this many entries, so a deeper chain counts as one that does not reach the top.
-        if (field == nullptr || count == GPB_MAX_ANCESTOR_NUM)
-        {
-            return 0;
-        }
-        ppstAncestors[count++] = field;
-        type = parent;
-    }
-    return type == nullptr ? 0 : count;
-}
-
 unsigned int GPB_PushAncesDescriptor(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
-    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return PushAncestors(pstField, stStack); });
+    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return GpbPushAncestorLayers(pstField, stStack); });
 }

@@ -25,15 +25,13 @@ GpbFoundField GpbCaseIndex::Find(const char *name)
     {
         MakeIndex();
     }
-    GpbFoundField found;
     if (state_ == State::SEARCHING)
     {
         lookUpCount_ += cases_.size() * LOOK_UPS_PER_CASE;
-        found.field = GPB_GetFieldDescByOneof(name, message_, layer_, &found.caseField);
-        return found;
+        return GpbSearchCases(message_, name, layer_);
     }
     const auto known = fields_.find(name);
-    return known == fields_.end() ? found : known->second;
+    return known == fields_.end() ? GpbFoundField() : known->second;
 }
 
 void GpbCaseIndex::CollectCases()

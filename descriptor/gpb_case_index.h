@@ -8,16 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "gpb_templatelib/gpb_descriptor.h"
+#include "descriptor/gpb_field_search.h"
 
-/// What a search found: the field, or null, and the case field that leads to it, or null.
-struct GpbFoundField
-{
-    const google::protobuf::FieldDescriptor *field = nullptr;
-    const google::protobuf::FieldDescriptor *caseField = nullptr;
-};
-
-/// Answers as GPB_GetFieldDescByOneof does for one message in one layer. A search there costs more the more cases there
+/// Answers as GpbSearchCases does for one message in one layer. A search there costs more the more cases there
 /// are, an index costs as much as there are fields in them: so the first searches are done there, and the index is made
 /// once they have cost as much as making it.
 class GpbCaseIndex

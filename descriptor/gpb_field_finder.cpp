@@ -3,59 +3,29 @@
 #include "descriptor/gpb_field_search.h"
 
 using google::protobuf::Descriptor;
-using google::protobuf::FieldDescriptor;
 
-namespace
-{
-
-// A search in the cases that goes through the index and leaves the case field in `found`.
-auto SearchIndexed(GpbCaseIndex &cases, GpbFoundField &found)
-{
-    return [&cases, &found](const char *name)
-    {
-        const GpbFoundField inCase = cases.Find(name);
-        if (inCase.field != nullptr)
-        {
-            found.caseField = inCase.caseField;
-        }
-        return inCase.field;
-    };
-}
-
-} // namespace
-
-GpbFieldFinder::Found GpbFieldFinder::FindNode(const Descriptor *message, const char *nodeName, uint32_t layer)
+GpbFoundField GpbFieldFinder::FindNode(const Descriptor *message, const char *nodeName, uint32_t layer)
 {
     if (message == nullptr || nodeName == nullptr)
     {
         return {};
     }
     Answers &answers = AnswersOf(message, layer);
+    const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
     return Remembered(answers.nodes, answers, nodeName,
-                      [&]
-                      {
-                          Found found;
-                          found.field = GpbSearchNode(message, GpbFieldName(nodeName), static_cast<int32_t>(layer),
-                                                      SearchIndexed(answers.cases, found));
-                          return found;
-                      });
+                      [&] { return GpbSearchNode(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
-GpbFieldFinder::Found GpbFieldFinder::FindLeaf(const Descriptor *message, const char *nodeName, uint32_t layer)
+GpbFoundField GpbFieldFinder::FindLeaf(const Descriptor *message, const char *nodeName, uint32_t layer)
 {
     if (message == nullptr || nodeName == nullptr)
     {
         return {};
     }
     Answers &answers = AnswersOf(message, layer);
+    const auto searchCases = [&](const char *name) { return answers.cases.Find(name); };
     return Remembered(answers.leaves, answers, nodeName,
-                      [&]
-                      {
-                          Found found;
-                          found.field = GpbSearchLeaf(message, GpbFieldName(nodeName), static_cast<int32_t>(layer),
-                                                      SearchIndexed(answers.cases, found));
-                          return found;
-                      });
+                      [&] { return GpbSearchLeaf(message, nodeName, static_cast<int32_t>(layer), searchCases); });
 }
 
 GpbFieldFinder::Answers &GpbFieldFinder::AnswersOf(const Descriptor *message, uint32_t layer)
@@ -64,15 +34,15 @@ GpbFieldFinder::Answers &GpbFieldFinder::AnswersOf(const Descriptor *message, ui
 }
 
 template <typename Search>
-GpbFieldFinder::Found GpbFieldFinder::Remembered(std::unordered_map<std::string_view, Found> &known, Answers &answers,
-                                                 const char *nodeName, const Search &search)
+GpbFoundField GpbFieldFinder::Remembered(std::unordered_map<std::string_view, GpbFoundField> &known, Answers &answers,
+                                         const char *nodeName, const Search &search)
 {
     const auto answer = known.find(nodeName);
     if (answer != known.end())
     {
         return answer->second;
     }
-    const Found found = search();
+    const GpbFoundField found = search();
     answers.names.emplace_back(nodeName);
     known.emplace(answers.names.back(), found);
     return found;

@@ -20,17 +20,15 @@
 class GpbFieldFinder
 {
 public:
-    using Found = GpbFoundField;
-
-    Found FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
-    Found FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
+    GpbFoundField FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
+    GpbFoundField FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
 
 private:
     /// The answers of one message type in one layer; the keys point into `names`.
     struct Answers
     {
-        std::unordered_map<std::string_view, Found> nodes;
-        std::unordered_map<std::string_view, Found> leaves;
+        std::unordered_map<std::string_view, GpbFoundField> nodes;
+        std::unordered_map<std::string_view, GpbFoundField> leaves;
         std::deque<std::string> names;
         GpbCaseIndex cases;
 
@@ -56,8 +54,8 @@ private:
     Answers &AnswersOf(const google::protobuf::Descriptor *message, uint32_t layer);
 
     template <typename Search>
-    static Found Remembered(std::unordered_map<std::string_view, Found> &known, Answers &answers, const char *nodeName,
-                            const Search &search);
+    static GpbFoundField Remembered(std::unordered_map<std::string_view, GpbFoundField> &known, Answers &answers,
+                                    const char *nodeName, const Search &search);
 
     std::unordered_map<Place, Answers, PlaceHash> places_;
 };

@@ -1,13 +1,29 @@
 // Fields by YANG node name.
 #include <google/protobuf/descriptor.h>
 
+#include "core/gpb_barrier.h"
 #include "descriptor/gpb_field_search.h"
 #include "gpb_templatelib/gpb_descriptor.h"
-#include "platform/safe_string.h"
-#include "platform/yos.h"
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+// Runs a search behind the barrier; the out argument is written only when a case field was found.
+template <typename Search>
+const FieldDescriptor *Answer(const FieldDescriptor **caseField, const Search &search)
+{
+    const GpbFoundField found = GpbNoThrow(GpbFoundField(), search);
+    if (caseField != nullptr && found.caseField != nullptr)
+    {
+        *caseField = found.caseField;
+    }
+    return found.field;
+}
+
+} // namespace
 
 const FieldDescriptor *GPB_FindFieldDescByNodeName(const Descriptor *pstMessage, const char *pcNodeName, int32_t iLayer,
                                                    const FieldDescriptor **ppstCaseField)
@@ -16,9 +32,8 @@ const FieldDescriptor *GPB_FindFieldDescByNodeName(const Descriptor *pstMessage,
     {
         return nullptr;
     }
-    return GpbSearchNode(pstMessage, GpbFieldName(pcNodeName), iLayer,
-                         [&](const char *name)
-                         { return GPB_GetFieldDescByOneof(name, pstMessage, iLayer, ppstCaseField); });
+    const auto searchCases = [&](const char *name) { return GpbSearchCases(pstMessage, name, iLayer); };
+    return Answer(ppstCaseField, [&] { return GpbSearchNode(pstMessage, pcNodeName, iLayer, searchCases); });
 }
 
 const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, const Descriptor *pstMessage,
@@ -28,57 +43,25 @@ const FieldDescriptor *GPB_GetLeafFieldDescByNodeName(const char *pcNodeName, co
     {
         return nullptr;
     }
-    return GpbSearchLeaf(pstMessage, GpbFieldName(pcNodeName), iLayer,
-                         [&](const char *name)
-                         { return GPB_GetFieldDescByOneof(name, pstMessage, iLayer, ppstCaseField); });
+    const auto searchCases = [&](const char *name) { return GpbSearchCases(pstMessage, name, iLayer); };
+    return Answer(ppstCaseField, [&] { return GpbSearchLeaf(pstMessage, pcNodeName, iLayer, searchCases); });
 }
 
 const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessage, const char *pcName, int32_t iLayer)
 {
-    char name[GPB_NAME_SIZE] = {};
-    if (pstMessage == nullptr || pcName == nullptr || strcpy_s(name, sizeof(name), pcName) != 0)
+    if (pstMessage == nullptr || pcName == nullptr)
     {
         return nullptr;
     }
-    const uint32_t length = YOS_StrLen(name);
-    if (sprintf_s(name + length, sizeof(name) - length, "%d", iLayer) < 0)
-    {
-        return nullptr;
-    }
-    return GpbFindByLowercaseName(pstMessage, name);
+    return GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return GpbSearchSuffixed(pstMessage, pcName, iLayer); });
 }
 
 const FieldDescriptor *GPB_GetFieldDescByOneof(const char *pcName, const Descriptor *pstMessage, int32_t iLayer,
                                                const FieldDescriptor **ppstCaseField)
 {
-    const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
-    uint32_t count = 0;
-    if (pcName == nullptr || GPB_GetOneofCaseChilds(pstMessage, cases, GPB_MAX_CASE_FIELDS, &count) != 0)
+    if (pstMessage == nullptr || pcName == nullptr)
     {
         return nullptr;
     }
-    for (uint32_t i = 0; i < count; ++i)
-    {
-        const Descriptor *caseMessage = cases[i]->message_type();
-        const FieldDescriptor *field = GpbFindByLowercaseName(caseMessage, pcName);
-        if (field == nullptr)
-        {
-            const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, pstMessage, iLayer));
-            // A case message from elsewhere has no layer number here, and deliberately ends the search.
-            if (layer < 1)
-            {
-                return nullptr;
-            }
-            field = GPB_GetDescFieldByRepeateName(caseMessage, pcName, layer);
-        }
-        if (field != nullptr)
-        {
-            if (ppstCaseField != nullptr)
-            {
-                *ppstCaseField = cases[i];
-            }
-            return field;
-        }
-    }
-    return nullptr;
+    return Answer(ppstCaseField, [&] { return GpbSearchCases(pstMessage, pcName, iLayer); });
 }

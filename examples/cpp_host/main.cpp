@@ -77,7 +77,7 @@ void WriteFile(const std::string &path, const char *bytes, unsigned int length)
     file.close();
     if (!file)
     {
-        std::remove(path.c_str());
+        (void)std::remove(path.c_str());
         throw std::runtime_error("cannot write " + path);
     }
 }

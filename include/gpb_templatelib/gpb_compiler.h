@@ -247,6 +247,9 @@ protected:
 
     /** Remembers which field a node name stands for, so that a name is searched once per message type. */
     std::unique_ptr<GpbFieldFinder> pstFieldFinder;
+
+    /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
+    unsigned char ucFactoryBroken = 0;
 };
 
 /** Turns an XML document into a serialized GPB message. */

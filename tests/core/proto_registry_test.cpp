@@ -232,6 +232,21 @@ TEST_F(ProtoRegistry, UnloadOfAllFreesRecordsThenTemplatesAndDropsTheImporter)
     loadModule("a");
 }
 
+TEST_F(ProtoRegistry, UnloadOfAllPassesOverEmptySlots)
+{
+    loadModule("a");
+    auto *const info = static_cast<GpbTemplateInfo *>(allocate(sizeof(GpbTemplateInfo)));
+    *info = {1, nullptr};
+    GpbTemplateInfo gone = {};
+    ASSERT_EQ(0u, VEC_VectorSet(context()->pstTemplateVec, &gone));
+    ASSERT_EQ(1u, VEC_VectorSet(context()->pstTemplateVec, info));
+    context()->pstTemplateVec->ppvSlot[0] = nullptr;
+    events().clear();
+    GPBLIB_UnloadProtoFileAll(context(), 0);
+    EXPECT_EQ(joinLines({"FREE gpb_template:1500", "FREE gpb_template:1511"}), joinLines(events().texts()));
+    EXPECT_EQ(0u, context()->pstTemplateVec->uiCount);
+}
+
 TEST_F(ProtoRegistry, NullArgumentsStoreAndFindNothing)
 {
     GpbProtoFileInfo info = {};

@@ -1,0 +1,105 @@
+/** The library's own use of the free store when that runs out: the documented failure, no exception, and work goes on.
+ */
+#include <google/protobuf/descriptor.h>
+#include <string>
+
+#include "core/odd_platform/free_store.h"
+#include "core/odd_platform/odd_platform.h"
+#include "gpb_templatelib/gpb_descriptor.h"
+#include "support/library_fixture.h"
+#include "support/proto_judge.h"
+
+namespace
+{
+
+using gpbtest::failAllocation;
+using gpbtest::hasAllocationFailed;
+
+// Longer than what a string keeps inside itself.
+constexpr char kLongName[] = "a_name_that_needs_memory_of_the_free_store";
+constexpr char kProto[] = "syntax = 'proto3'; message Top { string a_name_that_needs_memory_of_the_free_store = 1; }";
+
+class FreeStore : public gpbtest::LibraryFixture
+{
+protected:
+    void SetUp() override
+    {
+        gpbtest::oddPlatform() = {};
+        gpbtest::oddPlatform().workPath = workPath();
+        LibraryFixture::SetUp();
+    }
+
+    void TearDown() override
+    {
+        failAllocation(0);
+        LibraryFixture::TearDown();
+    }
+};
+
+TEST_F(FreeStore, WithoutSourceTreeALoadFailsAndTheNextSucceeds)
+{
+    writeProto("m", kProto);
+    recreateContext({GPB_LOG_ERROR, GPB_LOG_PROGRESS}); // closed, since the recorder needs the free store itself
+    failAllocation(1);
+    EXPECT_EQ(1u, GPBLIB_LoadProtoFile(context(), "m", 0, ""));
+    EXPECT_TRUE(hasAllocationFailed());
+    EXPECT_EQ(nullptr, context()->pstSourceTree);
+    EXPECT_EQ(nullptr, context()->pstImporter);
+    EXPECT_EQ(0u, GPBLIB_LoadProtoFile(context(), "m", 0, ""));
+}
+
+TEST_F(FreeStore, WithoutImporterTheTreeIsKept)
+{
+    ASSERT_EQ(0u, GPBLIB_ProtoTreeInitial_(context()));
+    bool hasFailedForTheImporter = false;
+    for (uint64_t nth = 1; !hasFailedForTheImporter; ++nth)
+    {
+        GPBLIB_UnloadProtoFileAll(context(), 0);
+        failAllocation(nth);
+        const uint32_t result = GPBLIB_ProtoTreeInitial_(context());
+        ASSERT_TRUE(hasAllocationFailed()) << "the importer is never without memory";
+        hasFailedForTheImporter = result != 0 && context()->pstSourceTree != nullptr;
+    }
+    EXPECT_EQ(nullptr, context()->pstImporter);
+    EXPECT_EQ(0u, GPBLIB_ProtoTreeInitial_(context()));
+    EXPECT_NE(nullptr, context()->pstImporter);
+}
+
+TEST_F(FreeStore, UnloadOfAFileWithALongNameGivesUp)
+{
+    writeProto(kLongName, kProto);
+    ASSERT_EQ(0u, GPBLIB_LoadProtoFile(context(), kLongName, 0, ""));
+    failAllocation(1);
+    GPBLIB_UnloadProtoFile(context(), kLongName);
+    EXPECT_TRUE(hasAllocationFailed());
+    EXPECT_NE(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+    failAllocation(1);
+    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+    EXPECT_TRUE(hasAllocationFailed());
+    GPBLIB_UnloadProtoFile(context(), kLongName);
+    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+}
+
+TEST_F(FreeStore, LookupsFindNothing)
+{
+    gpbtest::ProtoJudge judge;
+    judge.addFile("m.proto", kProto);
+    const google::protobuf::Descriptor *const top = judge.findType("Top");
+    const auto findNode = [top] { return GPB_FindFieldDescByNodeName(top, kLongName, 1, nullptr); };
+    const auto findByPath = [top] { return Gpb_ModuleAdapt_GetFieldHandle(nullptr, top->file(), "top", kLongName); };
+    const auto findMessage = [top] { return Gpb_ModuleAdapt_GetMessageDescOfField_(top, kLongName); };
+    ASSERT_NE(nullptr, findNode());
+    ASSERT_NE(nullptr, findByPath());
+    failAllocation(1);
+    EXPECT_EQ(nullptr, findByPath());
+    EXPECT_TRUE(hasAllocationFailed());
+    failAllocation(1);
+    EXPECT_EQ(nullptr, findMessage());
+    EXPECT_TRUE(hasAllocationFailed());
+    failAllocation(1);
+    EXPECT_EQ(nullptr, findNode());
+    EXPECT_TRUE(hasAllocationFailed());
+    EXPECT_NE(nullptr, findNode());
+}
+
+} // namespace
