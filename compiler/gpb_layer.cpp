@@ -85,11 +85,7 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
 {
-    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
-    {
-        return nullptr;
-    }
-    if (upper->GetReflection() == nullptr)
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type() || upper->GetReflection() == nullptr)
     {
         return nullptr;
     }

@@ -42,7 +42,7 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// Opens the message of a message field in `upper`: a new entry of a list, the one message of a container. Null when
+/// The message that a layer of a message field fills: a new entry of a list, the one message of a container. Null when
 /// the field is none of `upper`'s, which protobuf would not survive.
 google::protobuf::Message *GpbOpenLayerMessage(google::protobuf::Message *upper,
                                                const google::protobuf::FieldDescriptor *field);
