@@ -4,6 +4,7 @@
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_source_tree.h"
 #include "core/gpb_template_pkg_path.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_lib.h"
@@ -171,7 +172,7 @@ uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
                           if (pstCtx->pstSourceTree == nullptr)
                           {
                               // A tree without all of its mappings would be kept and miss files for good.
-                              auto tree = std::make_unique<google::protobuf::compiler::DiskSourceTree>();
+                              auto tree = std::make_unique<GpbSourceTree>();
                               MapAllPaths(pstCtx, *tree);
                               pstCtx->pstSourceTree = tree.release();
                           }
