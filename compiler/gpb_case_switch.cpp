@@ -1,8 +1,11 @@
 #include "compiler/gpb_case_switch.h"
 
+#include <cstdint>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
 #include <vector>
+
+#include "core/gpb_barrier.h"
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
@@ -86,24 +89,31 @@ GpbCaseSwitch::GpbCaseSwitch(GpbCompilerStack &stack, Message *message, const Fi
     {
         return;
     }
-    const uint32_t slots = LeftBehindSlots(stack);
-    if (slots == 0)
+    if (LeftBehindSlots(stack) == 0)
     {
         return;
     }
     oldCase_ = current;
-    endangered_ = SlotsWithin(stack, slots, message->GetReflection()->GetMessage(*message, current));
+    oldMessage_.reset(message->GetReflection()->ReleaseMessage(message, current));
 }
 
 GpbCaseSwitch::~GpbCaseSwitch()
 {
-    if (endangered_ == 0 || CurrentCase(*message_, oldCase_->containing_oneof()) == oldCase_)
+    if (oldMessage_ == nullptr)
     {
         return;
     }
+    if (CurrentCase(*message_, oldCase_->containing_oneof()) == nullptr)
+    {
+        message_->GetReflection()->SetAllocatedMessage(message_, oldMessage_.release(), oldCase_);
+        return;
+    }
+    // Without memory to search with, no slot is reused.
+    const uint32_t slots = LeftBehindSlots(stack_);
+    const uint32_t gone = GpbNoThrow(slots, [&] { return SlotsWithin(stack_, slots, *oldMessage_); });
     for (uint32_t i = 0; i < GPB_COMPILER_STACK_DEPTH; ++i)
     {
-        if ((endangered_ & SlotBit(i)) != 0)
+        if ((gone & SlotBit(i)) != 0)
         {
             stack_.astLayer[i].pstDescriptor = nullptr;
             stack_.astLayer[i].pstMessage = nullptr;

@@ -2,13 +2,17 @@
 #ifndef GPB_COMPILER_GPB_CASE_SWITCH_H
 #define GPB_COMPILER_GPB_CASE_SWITCH_H
 
-#include <cstdint>
+#include <memory>
 
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// Stands around an operation that may store `field` in `message`. If that makes a oneof switch to another case,
-/// protobuf frees the message of the old case; slots above the top of the stack that hold a part of it are then made
-/// unused, so that nobody reuses a message that is gone.
+/// Stands around an operation that may store `field` in `message`. If that makes a oneof switch to another case, the
+/// message of the old case goes; slots above the top of the stack that hold a part of it are then made unused, so that
+/// nobody reuses a message that is gone.
+///
+/// The old case is taken out of the message for the time of the operation, and put back when nothing was stored. So it
+/// is searched for slots only when it goes, which costs no more than it took to fill it: a document that fails to
+/// switch again and again does not search it every time.
 class GpbCaseSwitch
 {
 public:
@@ -23,7 +27,7 @@ private:
     GpbCompilerStack &stack_;
     google::protobuf::Message *message_;
     const google::protobuf::FieldDescriptor *oldCase_ = nullptr;
-    uint32_t endangered_ = 0; ///< bit per slot that holds a part of the old case
+    std::unique_ptr<google::protobuf::Message> oldMessage_; ///< null: no case can be left
 };
 
 #endif

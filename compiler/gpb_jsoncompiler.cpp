@@ -44,7 +44,7 @@ constexpr GpbSerializeLog SERIALIZE_LOG = {
 
 GpbJsonCompiler::GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFile,
                                  const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
-    : GpbXmlCompilerBase(pstFile, pstImport, pvHandle), pstLayerMessage(nullptr), astStrTrans{}
+    : GpbXmlCompilerBase(pstFile, pstImport, pvHandle)
 {
     GpbFillTranslatorTable(astStrTrans);
 }

@@ -202,7 +202,7 @@ unsigned int GpbJsonCompiler::GPB_FillLayerMessage(const GpbCompilerStackLayer &
                 static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_ERR;
     }
-    stLayer.pstMessage = GpbOpenSubMessage(stUpper.pstMessage, pstField);
+    stLayer.pstMessage = GpbOpenLayerMessage(stUpper.pstMessage, pstField);
     return stLayer.pstMessage == nullptr ? GPB_COMPILER_ERR : GPB_COMPILER_OK;
 }
 

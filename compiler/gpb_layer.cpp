@@ -90,13 +90,9 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
     layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
 }
 
-Message *GpbOpenSubMessage(Message *upper, const FieldDescriptor *field)
+Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
 {
-    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
-    {
-        return nullptr;
-    }
-    if (upper->GetReflection() == nullptr)
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type() || upper->GetReflection() == nullptr)
     {
         return nullptr;
     }

@@ -55,10 +55,10 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// Opens the message of a message field in `upper`: a new entry of a list, the one message of a container. Null when
+/// The message that a layer of a message field fills: a new entry of a list, the one message of a container. Null when
 /// the field is none of `upper`'s, which protobuf would not survive.
-google::protobuf::Message *GpbOpenSubMessage(google::protobuf::Message *upper,
-                                             const google::protobuf::FieldDescriptor *field);
+google::protobuf::Message *GpbOpenLayerMessage(google::protobuf::Message *upper,
+                                               const google::protobuf::FieldDescriptor *field);
 
 /// Owns the message of layer 0 until a compiler takes it.
 class GpbTopMessage

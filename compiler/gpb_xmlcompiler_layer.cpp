@@ -79,6 +79,6 @@ unsigned int GpbXmlCompiler::AddLayerToUpperLayer(const GpbCompilerStackLayer &s
                 pstField->name().c_str(), static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_NOT_A_MESSAGE;
     }
-    stLayer.pstMessage = GpbOpenSubMessage(stUpper.pstMessage, pstField);
+    stLayer.pstMessage = GpbOpenLayerMessage(stUpper.pstMessage, pstField);
     return stLayer.pstMessage == nullptr ? GPB_COMPILER_ERR : GPB_COMPILER_OK;
 }

@@ -21,8 +21,8 @@ constexpr uint32_t LINE_FREE_TEXT = 153;
 GpbXmlCompilerJson::GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFile,
                                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle,
                                        unsigned char ucFlag)
-    : GpbXmlCompilerBase(pstFile, pstImport, pvHandle), pcResult(nullptr), pstJsonRoot(nullptr), uiResultLen(0),
-      uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle))), apfnTrans{}, uiDepth(0)
+    : GpbXmlCompilerBase(pstFile, pstImport, pvHandle),
+      uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle)))
 {
     InitTransTbl(ucFlag);
 }

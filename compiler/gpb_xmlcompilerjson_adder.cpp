@@ -43,7 +43,7 @@ cJSON *GpbXmlCompilerJson_AddBool(const FieldDescriptor * /*pstField*/, const ch
         return nullptr;
     }
     // Any case of "true", and nothing else, is true here; the translators of GPB values deliberately differ.
-    return YOS_StrICmp(TRUE_TEXT, pcText) == 0 ? GpbLib_Json_AllocTrue(uiModuleId) : GpbLib_Json_AllocFalse(uiModuleId);
+    return YOS_StrICmp(pcText, TRUE_TEXT) == 0 ? GpbLib_Json_AllocTrue(uiModuleId) : GpbLib_Json_AllocFalse(uiModuleId);
 }
 
 cJSON *GpbXmlCompilerJson_AddMessage(const FieldDescriptor *pstField, const char *pcText, uint32_t uiModuleId)

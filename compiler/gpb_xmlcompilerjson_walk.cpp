@@ -106,7 +106,7 @@ const FieldDescriptor *GpbXmlCompilerJson::FindField(const Descriptor *pstDescri
     return field;
 }
 
-cJSON *GpbXmlCompilerJson::CreateJsTopNode(xmlNode *pstNode, cJSON *pstParent)
+cJSON *GpbXmlCompilerJson::CreateJsTopNode(xmlNode *pstNode, cJSON *pstParent) const
 {
     return GpbLib_Json_ObjectAddObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(nullptr, pstNode));
 }

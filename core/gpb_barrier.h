@@ -4,7 +4,7 @@
 
 #include <utility>
 
-/// Runs `body`; what it throws (std::bad_alloc, protobuf's fatal errors) becomes the documented failure.
+/// Runs `body`; what it throws (std::bad_alloc, protobuf's fatal errors) becomes the failure its header names.
 template <typename Result, typename Body>
 Result GpbNoThrow(Result failure, Body &&body) noexcept
 {

@@ -35,6 +35,8 @@ void GPBLIB_DebugPrint(const GpbLibContext *pstCtx, uint32_t uiLevel, const char
     va_end(arguments);
     if (length < 0)
     {
+        // What a formatter that failed has left may be anything, but the callback gets a text.
+        text[sizeof(text) - 1] = '\0';
         ZMP_Assert(GPB_TEMPLATE_TAG, LINE_FORMAT_FAILED, 0);
     }
     (void)slot.pfnPrint(pstCtx->ulPrintHandle, slot.ulPrintArg, PRINT_TAG, text);

@@ -1,5 +1,6 @@
 // The registry of proto files: one record per file that was tried, in the order of loading.
 #include <google/protobuf/compiler/importer.h>
+#include <optional>
 #include <string>
 
 #include "core/gpb_barrier.h"
@@ -49,6 +50,13 @@ GpbProtoFileInfo *NewRecord(GpbLibContext *context)
     return info;
 }
 
+// What the importer answers, null for a file that it cannot read; nothing when it threw.
+std::optional<const GpbPbFileDescriptor *> Import(GpbLibContext *context, const std::string &fileName)
+{
+    using Answer = std::optional<const GpbPbFileDescriptor *>;
+    return GpbNoThrow(Answer(), [&] { return Answer(context->pstImporter->Import(fileName)); });
+}
+
 uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
 {
     GpbProtoFileInfo *info = NewRecord(context);
@@ -56,8 +64,15 @@ uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
     {
         return 1;
     }
-    info->pstFileDesc =
-        GpbNoThrow<const GpbPbFileDescriptor *>(nullptr, [&] { return context->pstImporter->Import(fileName); });
+    const std::optional<const GpbPbFileDescriptor *> answer = Import(context, fileName);
+    if (!answer.has_value())
+    {
+        // A lack of memory says nothing about the file: without a record the next load tries again.
+        GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "load protofile failed");
+        ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_NOT_STORED);
+        return 1;
+    }
+    info->pstFileDesc = *answer;
     uint8_t state = GPB_PROTO_LOADED;
     if (info->pstFileDesc == nullptr)
     {
@@ -119,7 +134,12 @@ void ReleaseRecords(GpbLibContext *context)
     VecVector *files = context->pstProtoFileVec;
     for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
     {
-        ZMP_Free_F(files->ppvSlot[i], GPB_TEMPLATE_TAG, LINE_FREE_ALL_RECORDS);
+        GpbProtoFileInfo *info = RecordAt(context, i);
+        if (info == nullptr)
+        {
+            continue;
+        }
+        ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_ALL_RECORDS);
         files->ppvSlot[i] = nullptr;
     }
     VEC_VectorZipEmptySlot(files);

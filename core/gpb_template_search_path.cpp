@@ -1,8 +1,10 @@
 // Where proto files are looked for below the system work path, and the protobuf source tree over all places.
 #include <google/protobuf/compiler/importer.h>
+#include <memory>
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_source_tree.h"
 #include "core/gpb_template_pkg_path.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_lib.h"
@@ -25,10 +27,13 @@ constexpr uint32_t LINE_PATCH_DIR_TOO_LONG = 1578;
 // The fixed place of proto files, below the work path; copied with its terminator.
 constexpr char FIXED_DIR[] = "reslink/protobuf";
 
-// One byte more than the platform may fill, so that the text is terminated whatever the platform does.
+// Bytes behind those that the platform may fill: a text that fills its room is terminated by them, and a platform that
+// writes a little too much overwrites nothing else.
+constexpr size_t DIRECTORY_SLACK = 8;
+
 struct DirectoryBuffer
 {
-    char text[GPB_PATH_SIZE + 1] = {};
+    char text[GPB_PATH_SIZE + DIRECTORY_SLACK] = {};
 };
 
 void AssertIf(bool failed, uint32_t line)
@@ -43,6 +48,41 @@ void AppendFixedDir(DirectoryBuffer &directory, uint32_t workLength, uint32_t li
 {
     AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, FIXED_DIR, sizeof(FIXED_DIR)) != 0,
              line);
+}
+
+// Maps the install paths. May throw, as may the next function.
+void MapAppPaths(GpbLibContext *context, GpbPbSourceTree &tree)
+{
+    for (const GpbPkgPathNode *node = GpbFirstPkgPath(context); node != nullptr && node->pcPath != nullptr;
+         node = GpbNextPkgPath(context, node))
+    {
+        tree.MapPath("", node->pcPath);
+    }
+}
+
+void MapAllPaths(GpbLibContext *context, GpbPbSourceTree &tree)
+{
+    MapAppPaths(context, tree);
+    DirectoryBuffer directory;
+    if (ZMP_GetSysWorkPath(directory.text, GPB_PATH_SIZE) != 0)
+    {
+        return;
+    }
+    const uint32_t workLength = YOS_StrLen(directory.text);
+    if (workLength > GPB_PATH_SIZE)
+    {
+        return;
+    }
+    const char *patchDir = context->pcPatchDir;
+    if (patchDir != nullptr && patchDir[0] != '\0')
+    {
+        AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, patchDir, YOS_StrLen(patchDir)) !=
+                     0,
+                 LINE_MAP_APPEND_PATCH);
+        tree.MapPath("", directory.text);
+    }
+    AppendFixedDir(directory, workLength, LINE_MAP_APPEND_FIXED);
+    tree.MapPath("", directory.text);
 }
 
 const char *LastComponent(const char *path)
@@ -131,8 +171,10 @@ uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
                       {
                           if (pstCtx->pstSourceTree == nullptr)
                           {
-                              pstCtx->pstSourceTree = new google::protobuf::compiler::DiskSourceTree;
-                              GPBLIB_AddDiskTreeMapPath(pstCtx);
+                              // A tree without all of its mappings would be kept and miss files for good.
+                              auto tree = std::make_unique<GpbSourceTree>();
+                              MapAllPaths(pstCtx, *tree);
+                              pstCtx->pstSourceTree = tree.release();
                           }
                           if (pstCtx->pstImporter == nullptr)
                           {
@@ -149,27 +191,7 @@ void GPBLIB_AddDiskTreeMapPath(GpbLibContext *pstCtx)
     {
         return;
     }
-    GPBLIB_AddAppPathToDiskTree(pstCtx);
-    DirectoryBuffer directory;
-    if (ZMP_GetSysWorkPath(directory.text, GPB_PATH_SIZE) != 0)
-    {
-        return;
-    }
-    const uint32_t workLength = YOS_StrLen(directory.text);
-    GpbNoThrow(
-        [&]
-        {
-            const char *patchDir = pstCtx->pcPatchDir;
-            if (patchDir != nullptr && patchDir[0] != '\0')
-            {
-                AssertIf(strncpy_s(directory.text + workLength, GPB_PATH_SIZE - workLength, patchDir,
-                                   YOS_StrLen(patchDir)) != 0,
-                         LINE_MAP_APPEND_PATCH);
-                pstCtx->pstSourceTree->MapPath("", directory.text);
-            }
-            AppendFixedDir(directory, workLength, LINE_MAP_APPEND_FIXED);
-            pstCtx->pstSourceTree->MapPath("", directory.text);
-        });
+    GpbNoThrow([&] { MapAllPaths(pstCtx, *pstCtx->pstSourceTree); });
 }
 
 void GPBLIB_AddAppPathToDiskTree(GpbLibContext *pstCtx)
@@ -178,15 +200,7 @@ void GPBLIB_AddAppPathToDiskTree(GpbLibContext *pstCtx)
     {
         return;
     }
-    GpbNoThrow(
-        [&]
-        {
-            for (const GpbPkgPathNode *node = GpbFirstPkgPath(pstCtx); node != nullptr && node->pcPath != nullptr;
-                 node = GpbNextPkgPath(pstCtx, node))
-            {
-                pstCtx->pstSourceTree->MapPath("", node->pcPath);
-            }
-        });
+    GpbNoThrow([&] { MapAppPaths(pstCtx, *pstCtx->pstSourceTree); });
 }
 
 void GPBLIB_ProtoTreeUninitial_(GpbLibContext *pstCtx)

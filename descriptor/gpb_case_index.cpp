@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "descriptor/gpb_case_collection.h"
+
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 
@@ -12,6 +14,20 @@ namespace
 
 // A search asks each case for the name, and for the name with its layer number.
 constexpr size_t LOOK_UPS_PER_CASE = 2;
+
+// Adds what protobuf finds in a case by a field's name, under that name without the last `cut` characters. That need
+// not be the field itself: where names differ in case alone, protobuf finds one of them, and nothing when that one is
+// an extension that is declared in the message.
+void AddName(std::unordered_map<std::string_view, GpbFoundField> &fields, const std::string &lowercaseName, size_t cut,
+             const FieldDescriptor *caseField)
+{
+    const FieldDescriptor *found = caseField->message_type()->FindFieldByLowercaseName(lowercaseName);
+    if (found != nullptr)
+    {
+        const std::string_view name(lowercaseName.data(), lowercaseName.size() - cut);
+        fields.try_emplace(name, GpbFoundField{found, caseField});
+    }
+}
 
 } // namespace
 
@@ -38,7 +54,7 @@ void GpbCaseIndex::CollectCases()
 {
     const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
     uint32_t count = 0;
-    if (GPB_GetOneofCaseChilds(message_, cases, GPB_MAX_CASE_FIELDS, &count) != 0 || count == 0)
+    if (GpbCollectCases(message_, cases, GPB_MAX_CASE_FIELDS, count) != 0 || count == 0)
     {
         // Too many cases, or none: nothing will ever be found.
         state_ = State::INDEXED;
@@ -73,13 +89,7 @@ bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) con
     const Descriptor *caseMessage = caseField->message_type();
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        const FieldDescriptor *field = caseMessage->field(i);
-        const auto [place, added] = fields.try_emplace(field->lowercase_name(), GpbFoundField{field, caseField});
-        if (!added && place->second.caseField == caseField)
-        {
-            // Names that differ in case alone: protobuf knows which of them it finds.
-            place->second.field = caseMessage->FindFieldByLowercaseName(field->lowercase_name());
-        }
+        AddName(fields, caseField->message_type()->field(i)->lowercase_name(), 0, caseField);
     }
     const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message_, layer_));
     // A case message from elsewhere has no layer number here, and deliberately ends the search.
@@ -95,8 +105,7 @@ bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) con
                                longName.compare(longName.size() - suffix.size(), suffix.size(), suffix) == 0;
         if (hasSuffix)
         {
-            const std::string_view name(longName.data(), longName.size() - suffix.size());
-            fields.try_emplace(name, GpbFoundField{caseMessage->FindFieldByLowercaseName(longName), caseField});
+            AddName(fields, longName, suffix.size(), caseField);
         }
     }
     return true;

@@ -1,5 +1,7 @@
 #include "descriptor/gpb_field_finder.h"
 
+#include <cstring>
+
 #include "descriptor/gpb_field_search.h"
 
 using google::protobuf::Descriptor;
@@ -43,6 +45,12 @@ GpbFoundField GpbFieldFinder::Remembered(std::unordered_map<std::string_view, Gp
         return answer->second;
     }
     const GpbFoundField found = search();
+    size_t &count = found.field == nullptr ? answers.missCount : answers.hitCount;
+    if (count == MAX_REMEMBERED || std::strlen(nodeName) >= GPB_NAME_SIZE)
+    {
+        return found;
+    }
+    ++count;
     answers.names.emplace_back(nodeName);
     known.emplace(answers.names.back(), found);
     return found;

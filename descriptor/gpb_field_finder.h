@@ -15,11 +15,16 @@
 
 /// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, and remembers the answers, misses
 /// included: documents repeat their names, and a search through the cases of a choice costs more the more cases there
-/// are. One finder belongs to one compiler, so it needs no lock, and what it holds is bounded by the names it was
-/// asked.
+/// are. One finder belongs to one compiler, so it needs no lock. Documents are made by clients, who could think of
+/// names without end (a field's name alone has as many spellings as its letters have cases): so only the first
+/// MAX_REMEMBERED hits and misses of a place are remembered, and no name that is too long for a field. All others are
+/// searched anew.
 class GpbFieldFinder
 {
 public:
+    /// Remembered hits of one message type in one layer, and as many misses.
+    static constexpr size_t MAX_REMEMBERED = 2048;
+
     GpbFoundField FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
     GpbFoundField FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer);
 
@@ -30,6 +35,8 @@ private:
         std::unordered_map<std::string_view, GpbFoundField> nodes;
         std::unordered_map<std::string_view, GpbFoundField> leaves;
         std::deque<std::string> names;
+        size_t hitCount = 0;
+        size_t missCount = 0;
         GpbCaseIndex cases;
 
         Answers(const google::protobuf::Descriptor *message, int32_t layer) : cases(message, layer) {}

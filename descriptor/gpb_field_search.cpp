@@ -1,5 +1,6 @@
 #include "descriptor/gpb_field_search.h"
 
+#include "descriptor/gpb_case_collection.h"
 #include "platform/safe_string.h"
 #include "platform/yos.h"
 
@@ -25,7 +26,7 @@ GpbFoundField GpbSearchCases(const Descriptor *message, const char *name, int32_
 {
     const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
     uint32_t count = 0;
-    if (GPB_GetOneofCaseChilds(message, cases, GPB_MAX_CASE_FIELDS, &count) != 0)
+    if (GpbCollectCases(message, cases, GPB_MAX_CASE_FIELDS, count) != 0)
     {
         return {};
     }

@@ -37,11 +37,19 @@ bool Contains(const char *text, const char *fragment)
 
 uint32_t GPB_BuildXmlNodePath(xmlNode *pstNode, char *pcDest, uint32_t uiSize)
 {
-    if (pstNode == nullptr || pcDest == nullptr)
+    if (pstNode == nullptr)
     {
         return 0;
     }
     const auto *document = reinterpret_cast<const xmlNode *>(pstNode->doc);
+    if (pstNode == document)
+    {
+        return 0;
+    }
+    if (pcDest == nullptr)
+    {
+        return 1;
+    }
     const xmlNode *elements[GPB_MAX_NODE_PATH];
     uint32_t count = 0;
     for (const xmlNode *node = pstNode; node != nullptr && node != document; node = node->parent)

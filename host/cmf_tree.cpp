@@ -107,9 +107,9 @@ void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t)
     pstNode->pstPrevSibling = nullptr;
 }
 
-void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t uiFlags)
+void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
 {
-    CMF_TREE_DetachNode(pstNode, uiFlags);
+    // What lies above `pstNode` stays as it is: taking it out of its parent is the caller's.
     CmfTreeNode *node = pstNode;
     while (node != nullptr)
     {
@@ -118,7 +118,7 @@ void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t u
             node = node->pstFirstChild;
         }
         // Out of its parent before it goes: the callback of the parent then sees no released child.
-        CmfTreeNode *const parent = node->pstParent;
+        CmfTreeNode *const parent = node == pstNode ? nullptr : node->pstParent;
         if (parent != nullptr)
         {
             unlink(node);

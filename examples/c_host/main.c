@@ -1,22 +1,41 @@
 /*
- * A host in C11: turns one XML instance document of a YANG module into a serialized message.
+ * A host in C11: each mode is one way to use the compilers.
  *
- *     c_host MODULE_DIRECTORY MODULE DOCUMENT.xml OUTPUT.gpb
+ *     c_host xml      MODULE_DIRECTORY MODULE DOCUMENT.xml  OUTPUT.gpb
+ *     c_host xml-json MODULE_DIRECTORY MODULE DOCUMENT.xml  OUTPUT.json
+ *     c_host json     MODULE_DIRECTORY MODULE DOCUMENT.json OUTPUT.gpb [KEY...]
+ *     c_host attrs    MODULE_DIRECTORY MODULE DOCUMENT.json OUTPUT.txt KEY...
  *
- * MODULE.proto is taken from MODULE_DIRECTORY.
+ * MODULE.proto is taken from MODULE_DIRECTORY. The keys lead from the top-level container to an item.
  */
 #include <stdint.h>
 #include <stdio.h>
+#include <string.h>
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
-
-#include <gpb_templatelib/gpb_compiler_c.h>
 #include <gpb_templatelib/gpb_host.h>
-#include <gpb_templatelib/gpb_lib.h>
+#include <libxml/parser.h>
+
+#include "host.h"
 
 /* Names this host in the allocations that the library makes for it. */
 #define MODULE_ID 1u
+
+#define FIRST_KEY 6
+
+typedef struct Mode
+{
+    const char *name;
+    int (*run)(const Job *job);
+    int leastKeys;
+    int mostKeys;
+} Mode;
+
+static const Mode modes[] = {
+    {"xml", EncodeXml, 0, 0},
+    {"xml-json", ConvertXmlToJson, 0, 0},
+    {"json", EncodeJson, 0, INT32_MAX},
+    {"attrs", ListAttributes, 1, INT32_MAX},
+};
 
 static uint32_t PrintError(uint32_t ulPrintHandle, uint32_t ulPrintArg, const char *pcTag, const char *pcText)
 {
@@ -49,8 +68,7 @@ static GpbLibContext *CreateContext(const char *moduleDirectory)
     return context;
 }
 
-/* Writes the whole output or leaves none; 0 on success. */
-static int WriteFile(const char *path, const char *bytes, size_t length)
+int WriteFile(const char *path, const char *bytes, size_t length)
 {
     FILE *file = fopen(path, "wb");
     if (file == NULL)
@@ -68,51 +86,30 @@ static int WriteFile(const char *path, const char *bytes, size_t length)
     return 0;
 }
 
-/* The result belongs to the compiler, so it is written before the compiler goes. */
-static int EncodeDocument(GpbLibContext *context, const char *module, xmlDoc *document, const char *outputPath)
+static const Mode *FindMode(int argc, char **argv)
 {
-    GpbXmlCompilerBase *compiler = GpbXmlCompiler_CreateCompiler(context, module);
-    if (compiler == NULL)
+    for (size_t i = 0; argc >= FIRST_KEY && i < sizeof(modes) / sizeof(modes[0]); ++i)
     {
-        return 1;
+        int keyCount = argc - FIRST_KEY;
+        if (strcmp(argv[1], modes[i].name) == 0 && keyCount >= modes[i].leastKeys && keyCount <= modes[i].mostKeys)
+        {
+            return &modes[i];
+        }
     }
-    unsigned int length = 0;
-    unsigned int error = 0;
-    const char *bytes = GpbXmlCompiler_Encode(compiler, document, &length, &error);
-    int result = 1;
-    if (bytes == NULL)
-    {
-        fprintf(stderr, "c_host: the document cannot be encoded, code %u\n", error);
-    }
-    else
-    {
-        result = WriteFile(outputPath, bytes, length);
-    }
-    GpbXmlCompiler_Destory(compiler);
-    return result;
+    return NULL;
 }
 
 int main(int argc, char **argv)
 {
-    if (argc != 5)
+    const Mode *mode = FindMode(argc, argv);
+    if (mode == NULL)
     {
-        fprintf(stderr, "usage: c_host MODULE_DIRECTORY MODULE DOCUMENT.xml OUTPUT.gpb\n");
+        fprintf(stderr, "usage: c_host xml|xml-json|json|attrs MODULE_DIRECTORY MODULE DOCUMENT OUTPUT [KEY...]\n");
         return 2;
     }
-    /* Entities stay unexpanded and the network stays out: documents come from elsewhere. */
-    xmlDoc *document = xmlReadFile(argv[3], NULL, XML_PARSE_NONET);
-    if (document == NULL)
-    {
-        return 1;
-    }
-    int result = 1;
-    GpbLibContext *context = CreateContext(argv[1]);
-    if (context != NULL)
-    {
-        result = EncodeDocument(context, argv[2], document, argv[4]);
-    }
-    GPBLIB_Uninitial(context);
-    xmlFreeDoc(document);
+    Job job = {CreateContext(argv[2]), argv[3], argv[4], argv[5], argv + FIRST_KEY, argc - FIRST_KEY};
+    int result = job.context == NULL ? 1 : mode->run(&job);
+    GPBLIB_Uninitial(job.context);
     xmlCleanupParser();
     /* Everything that was allocated through the platform has been given back. */
     return GpbHost_PrintLive() == 0 ? result : 1;

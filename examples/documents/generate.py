@@ -4,8 +4,11 @@
     generate.py [DIR]
 
 DIR is where the documents go; the default is the directory of the script.
-Sizes: small has a few leaves, medium some hundreds, large some thousands.
+Sizes: small has a few leaves, medium some hundreds, large some thousands. The small and the medium documents have
+JSON twins, which hold the same data in the forms that the module's JSON takes: 64-bit integers as texts, identities with
+the name of their module, and a list as one array.
 """
+import json
 import os
 import sys
 from xml.sax.saxutils import escape
@@ -15,7 +18,7 @@ TYPES_NS = "http://openconfig.net/yang/telemetry-types"
 INTERFACES_NS = "urn:example:interfaces"
 
 
-class Writer:
+class XmlWriter:
     """Writes indented elements to a list of lines."""
 
     def __init__(self):
@@ -55,8 +58,66 @@ class Writer:
         return "\n".join(self.lines) + "\n"
 
 
-def telemetry(groups, paths, destinations, subscriptions):
-    w = Writer()
+class JsonWriter:
+    """Takes the calls of XmlWriter and builds a tree of members."""
+
+    LISTS = {"sensor-group", "sensor-path", "destination-group", "destination", "subscription", "sensor-profile",
+             "interface", "ipv4-address", "queue-8p", "component", "sub-interface", "ipv6-address"}
+    LEAF_LISTS = {"higher-layer-if", "allowed-vlan", "label"}
+    ENUMERATION_LISTS = {"supported-speed"}
+    BOOLEANS = {"enabled", "suppress-redundant"}
+    DECIMALS = {"multicast-percent", "utilization", "load"}
+    INTEGERS_OF_64_BITS = {"subscription-id", "sample-interval", "heartbeat-interval", "last-change", "in-octets",
+                           "out-octets", "in-errors", "dropped", "clock-offset", "balance", "drift"}
+
+    def __init__(self):
+        self.open_objects = [{}]
+
+    def open(self, name, attributes=""):
+        opened = {}
+        if name in self.LISTS:
+            self.open_objects[-1].setdefault(name, []).append(opened)
+        else:
+            self.open_objects[-1][name] = opened
+        self.open_objects.append(opened)
+
+    def close(self):
+        self.open_objects.pop()
+
+    def value(self, name, value):
+        if name in self.BOOLEANS:
+            return value == "true"
+        if name in self.DECIMALS:
+            return float(value)
+        return str(value) if name in self.INTEGERS_OF_64_BITS else value
+
+    def leaf(self, name, value, attributes=""):
+        target = self.open_objects[-1]
+        if name in self.ENUMERATION_LISTS:
+            target.setdefault(name, []).extend(value.split(" "))
+        elif name in self.LEAF_LISTS:
+            target.setdefault(name, []).append(value)
+        else:
+            target[name] = self.value(name, value)
+
+    def leaves(self, *pairs):
+        for name, value in pairs:
+            self.leaf(name, value)
+
+    def empty(self, name):
+        self.open_objects[-1][name] = True
+
+    def presence(self, name):
+        self.open_objects[-1][name] = {}
+
+    def identity(self, name, value):
+        self.leaf(name, value.replace("oc-telemetry-types:", "openconfig-telemetry-types:"))
+
+    def text(self):
+        return json.dumps(self.open_objects[0], indent=1, ensure_ascii=False) + "\n"
+
+
+def telemetry(w, groups, paths, destinations, subscriptions):
     w.open("telemetry-system", f' xmlns="{TELEMETRY_NS}"')
     w.open("sensor-groups")
     for g in range(1, groups + 1):
@@ -227,8 +288,7 @@ def interface(w, i, sub_interfaces):
     w.close()
 
 
-def interfaces(count, sub_interfaces):
-    w = Writer()
+def interfaces(w, count, sub_interfaces):
     w.open("interfaces", f' xmlns="{INTERFACES_NS}"')
     for i in range(1, count + 1):
         interface(w, i, sub_interfaces)
@@ -237,8 +297,7 @@ def interfaces(count, sub_interfaces):
     return w.text()
 
 
-def small_interfaces():
-    w = Writer()
+def small_interfaces(w):
     w.open("interfaces", f' xmlns="{INTERFACES_NS}"')
     w.open("interface")
     w.leaves(("name", "eth0"), ("enabled", "false"), ("speed", "10g"), ("oper-status", "up-2"))
@@ -251,22 +310,28 @@ def small_interfaces():
 
 
 DOCUMENTS = {
-    "openconfig-telemetry/small.xml": lambda: telemetry(1, 1, 1, 1),
-    "openconfig-telemetry/medium.xml": lambda: telemetry(6, 8, 6, 10),
-    "openconfig-telemetry/large.xml": lambda: telemetry(20, 25, 25, 80),
-    "example-interfaces/small.xml": small_interfaces,
-    "example-interfaces/medium.xml": lambda: interfaces(8, 2),
-    "example-interfaces/large.xml": lambda: interfaces(60, 4),
+    "openconfig-telemetry/small": lambda w: telemetry(w, 1, 1, 1, 1),
+    "openconfig-telemetry/medium": lambda w: telemetry(w, 6, 8, 6, 10),
+    "openconfig-telemetry/large": lambda w: telemetry(w, 20, 25, 25, 80),
+    "example-interfaces/small": small_interfaces,
+    "example-interfaces/medium": lambda w: interfaces(w, 8, 2),
+    "example-interfaces/large": lambda w: interfaces(w, 60, 4),
 }
+
+
+def write(path, text):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "w", encoding="utf-8", newline="\n") as out:
+        out.write(text)
 
 
 def main():
     target = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
     for name, make in DOCUMENTS.items():
         path = os.path.join(target, name)
-        os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "w", encoding="utf-8", newline="\n") as out:
-            out.write(make())
+        write(path + ".xml", make(XmlWriter()))
+        if not name.endswith("/large"):
+            write(path + ".json", make(JsonWriter()))
 
 
 if __name__ == "__main__":

@@ -308,8 +308,8 @@ protected:
 class GPB_API GpbJsonCompiler : public GpbXmlCompilerBase
 {
 public:
-    GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFileDesc,
-                    const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle);
+    GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFile,
+                    const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbJsonCompiler() override;
 
     /**
@@ -322,13 +322,13 @@ public:
     /**
      * Fills a GpbMdlAttr with the leaves of the message that holds the values of `pstItem`.
      *
-     * The names are allocated under the module id of `pvLibHandle` and freed by the caller with ZMP_Free_F. A failure
+     * The names are allocated under the module id of `pvHandle` and freed by the caller with ZMP_Free_F. A failure
      * frees the names stored so far and sets their entries to null; the count stays as it was. The count wraps at 256,
      * and the record then starts over: the names of the first 256 leaves are freed.
      *
      * @return as EncodeJson
      */
-    unsigned int GetMdlAttr(const void *pvLibHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
+    unsigned int GetMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
                             void *pvMdlAttr) override;
 
     /** GetGpbBuffer. */
@@ -380,9 +380,10 @@ protected:
     /** Makes a message the top message, and frees the earlier ones that the compiler points to no longer. */
     void KeepTopMessage(google::protobuf::Message *pstTop);
 
-    std::string strGpbBuffer;                   /**< serialized message of the last encode's item */
-    google::protobuf::Message *pstLayerMessage; /**< message of the last encode's item, a part of its top message */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM];
+    std::string strGpbBuffer; /**< serialized message of the last encode's item */
+    google::protobuf::Message *pstLayerMessage =
+        nullptr; /**< message of the last encode's item, a part of its top message */
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
 
     /** The last encode's top message, once model attributes have put another one in its place. */
     std::unique_ptr<google::protobuf::Message> pstEncodedMessage;
@@ -393,9 +394,8 @@ class GPB_API GpbXmlCompilerJson : public GpbXmlCompilerBase
 {
 public:
     /** @param ucFlag  1: 64-bit integers become JSON numbers, else JSON strings */
-    GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFileDesc,
-                       const google::protobuf::compiler::Importer *pstImporter, void *pvLibHandle,
-                       unsigned char ucFlag);
+    GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFile,
+                       const google::protobuf::compiler::Importer *pstImport, void *pvHandle, unsigned char ucFlag);
     ~GpbXmlCompilerJson() override;
 
     /**
@@ -426,7 +426,7 @@ protected:
                                       struct cJSON *pstParent);
     const google::protobuf::FieldDescriptor *FindField(const google::protobuf::Descriptor *pstDescriptor,
                                                        struct _xmlNode *pstNode);
-    struct cJSON *CreateJsTopNode(struct _xmlNode *pstNode, struct cJSON *pstParent);
+    struct cJSON *CreateJsTopNode(struct _xmlNode *pstNode, struct cJSON *pstParent) const;
     struct cJSON *CreateJsObject(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                  struct cJSON *pstParent);
     struct cJSON *GetJsListNode(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
@@ -437,15 +437,15 @@ protected:
                                struct cJSON *pstParent, const char *pcText, GpbJsonAddFunc pfnAdd);
     static bool XmlNodeIsBitsType(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode);
 
-    char *pcResult;            /**< printed text, or null; allocated under the module id */
-    struct cJSON *pstJsonRoot; /**< tree of the last encode, or null */
-    unsigned int uiResultLen;  /**< length of pcResult */
+    char *pcResult = nullptr;            /**< printed text, or null; allocated under the module id */
+    struct cJSON *pstJsonRoot = nullptr; /**< tree of the last encode, or null */
+    unsigned int uiResultLen = 0;        /**< length of pcResult */
 
     /** The array of each repeated field; one per field and document, whatever its parent. */
     std::map<const google::protobuf::FieldDescriptor *, struct cJSON *> mapListNode;
     unsigned int uiMemHandle; /**< module id of the library context */
-    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM];
-    unsigned int uiDepth; /**< containers that are open in the walk */
+    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {};
+    unsigned int uiDepth = 0; /**< containers that are open in the walk */
 };
 
 #endif

@@ -150,10 +150,10 @@ extern "C"
     /**
      * A container name becomes its nested message name, in place; only "-" separates, "_" is kept.
      *
-     * A name that the conversion does not change gets "_1" appended unless `uiNoSuffix` is non-zero, so the buffer
-     * needs room for two more characters.
+     * A name that comes out as its field's spelling, which is the name with "_" for "-", gets "_1" appended unless
+     * `uiNoSuffix` is non-zero, so the buffer needs room for two more characters: "A-B" gives "A_B_1".
      *
-     * @return 0 when the conversion did not change the name, else the comparison of the new name with the old one
+     * @return 0 when the name came out as its field's spelling, else the comparison of the new name with that spelling
      */
     GPB_API int Gpb_util_ConverContainerName(char *pcName, uint32_t uiNoSuffix);
 
@@ -166,8 +166,8 @@ extern "C"
     /**
      * Writes the path of an XML element, "/root/.../element", into a zeroed buffer.
      *
-     * @return 0, also for null and the document node, which write nothing; 1 when more than 32 elements would take part
-     * or the path does not fit
+     * @return 0, also for null and the document node, which write nothing; 1 when more than 32 elements would take
+     * part, the path does not fit, or an element has no destination
      */
     GPB_API uint32_t GPB_BuildXmlNodePath(struct _xmlNode *pstNode, char *pcDest, uint32_t uiSize);
 

@@ -9,7 +9,8 @@
  * Threads: a context has no lock. All calls on one context are made by one thread at a time; different contexts are
  * independent.
  *
- * Errors: numeric results are 0 on success. No function throws, and none ends the process.
+ * Errors: numeric results are 0 on success. No function throws, and none ends the process, with one exception:
+ * protobuf's parser of `.proto` files may end it when memory runs out while a file is loaded.
  */
 #ifndef GPB_TEMPLATELIB_GPB_LIB_H
 #define GPB_TEMPLATELIB_GPB_LIB_H
@@ -163,7 +164,8 @@ extern "C"
      * its source tree is built next, which is at the first load after creation or after GPBLIB_UnloadProtoFileAll.
      *
      * @param pcDir  at most 255 characters; null clears it
-     * @return 0 on success and for a null context; the assertion hook's result when the text is too long
+     * @return 0 on success and for a null context; the assertion hook's result when the text is too long; non-zero
+     *         when a null text's fill fails
      */
     GPB_API uint32_t GPBLIB_SetPatchDir(GpbLibContext *pstCtx, const char *pcDir);
 
@@ -208,7 +210,8 @@ extern "C"
      */
     GPB_API uint32_t GPBLIB_GetProtoFilePath(GpbLibContext *pstCtx, char *pcOut, const char *pcModuleName);
 
-    /** Creates the source tree (with its mappings) and the importer where they are missing. Returns 0; 1 for null. */
+    /** Creates the source tree (with its mappings) and the importer where they are missing. Returns 0; 1 for null and
+     * without memory, a tree without all of its mappings being deleted again. */
     GPB_API uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx);
 
     /** Maps every search place into the source tree, in search order. */
@@ -228,7 +231,9 @@ extern "C"
     /**
      * Loads MODULE.proto from the first place that holds it, unless it is loaded already.
      *
-     * A failed import is remembered: later loads fail at once until the file is unloaded.
+     * A failed import is remembered: later loads fail at once until the file is unloaded. A load that fails for want of
+     * memory is not. Load while memory is to be had: protobuf's parser of `.proto` files, which runs here, is the one
+     * place where lack of memory can end the process.
      *
      * @param uiArg  passed through, not read
      * @return 0 loaded (now or before), 1 not found or failed

@@ -6,10 +6,11 @@
 
 /* ---- core ---- */
 
-#define GPB_LOG_TEXT_SIZE 1024U   /**< a diagnostic message */
-#define GPB_LOG_LEVELS 4U         /**< print slots of a context */
-#define GPB_PATH_SIZE 256U        /**< paths and file names */
-#define GPB_VECTOR_FIRST_SIZE 32U /**< first slots of the context's vectors */
+#define GPB_LOG_TEXT_SIZE 1024U    /**< a diagnostic message */
+#define GPB_LOG_LEVELS 4U          /**< print slots of a context */
+#define GPB_PATH_SIZE 256U         /**< paths and file names */
+#define GPB_PROTO_MAX_NESTING 256U /**< braces in each other in a proto file; messages nest 31 deep at most */
+#define GPB_VECTOR_FIRST_SIZE 32U  /**< first slots of the context's vectors */
 
 /* ---- names ---- */
 
@@ -22,14 +23,14 @@
 
 /* ---- compilers ---- */
 
-#define GPB_JSON_NUMBER_SIZE 64U /**< a JSON number as the translators read it */
-#define GPB_JSON_MAX_DEPTH 1000U /**< containers in each other that XML to JSON makes; JSON parsers end there */
+#define GPB_COMPILER_STACK_DEPTH 32U /**< slots of a layer stack */
+#define GPB_COMPILER_MAX_LAYERS 31U  /**< slots that can be in use */
+#define GPB_MAX_ANCESTOR_NUM 32U     /**< entries of an ancestor array */
+#define GPB_FIELD_TYPE_NUM 19U       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
+#define GPB_PROTO_FILE_NAME_SIZE 64U /**< MODULE.proto as the compiler interface looks it up */
+#define GPB_JSON_NUMBER_SIZE 64U     /**< a JSON number as the translators read it */
+#define GPB_JSON_MAX_DEPTH 1000U     /**< containers in each other that XML to JSON makes; JSON parsers end there */
 #define GPB_COMPILER_MAX_TYPE_CHAIN 1000U /**< message types in each other that a top message may have */
-#define GPB_COMPILER_STACK_DEPTH 32U      /**< slots of a layer stack */
-#define GPB_COMPILER_MAX_LAYERS 31U       /**< slots that can be in use */
-#define GPB_MAX_ANCESTOR_NUM 32U          /**< entries of an ancestor array */
-#define GPB_FIELD_TYPE_NUM 19U            /**< entries of a translator table: field types 1 to 18, entry 0 unused */
-#define GPB_PROTO_FILE_NAME_SIZE 64U      /**< MODULE.proto as the compiler interface looks it up */
 
 /* ---- object tree ---- */
 

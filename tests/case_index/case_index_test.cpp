@@ -171,6 +171,27 @@ TEST_F(CaseIndex, NamesThatDifferInCaseAloneAreProtobufsChoice)
     EXPECT_GT(CompareAnswersOfAll(top), 0U);
 }
 
+TEST_F(CaseIndex, AnExtensionInTheScopeOfACaseMayHideAField)
+{
+    // Which of two names that differ in case alone is found is protobuf's secret: with many pairs, both come to pass.
+    std::string fields;
+    std::string extensions;
+    for (int i = 1; i <= 40; ++i)
+    {
+        const std::string n = std::to_string(i);
+        fields += "optional string leaf_" + n + "_x = " + n + "; optional string long_" + n + "_y2 = 1" + n + "00;\n";
+        extensions +=
+            "optional string Leaf_" + n + "_x = 1" + n + "; optional string Long_" + n + "_y2 = 2" + n + ";\n";
+    }
+    const Descriptor *top = TypeOf("syntax = \"proto2\"; package m; message Base { extensions 1 to 1000; }\n"
+                                   "message Top { message A {\n" +
+                                       fields + "extend Base {\n" + extensions + "} }\n" +
+                                       "message B { optional string leaf_1_x = 1; optional string long_1_y = 2; }\n" +
+                                       "oneof choice { A a = 1; B b = 2; } }",
+                                   "m.Top");
+    EXPECT_GT(CompareAnswers(top, 1), 0U);
+}
+
 TEST_F(CaseIndex, AMessageThatContainsItselfFillsTheCollection)
 {
     const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {

@@ -1,5 +1,7 @@
 /** Loading of proto files: results, messages, and what is remembered. */
+#include <google/protobuf/compiler/importer.h>
 #include <google/protobuf/descriptor.h>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,26 @@ protected:
     uint32_t recordCount() const { return VEC_VectorCount(context()->pstProtoFileVec); }
 };
 
+/** A source tree that runs out of memory when a file is opened, as often as a test says. */
+class ThrowingTree : public google::protobuf::compiler::DiskSourceTree
+{
+public:
+    explicit ThrowingTree(int throws) : m_throws(throws) {}
+
+    google::protobuf::io::ZeroCopyInputStream *Open(const std::string &file) override
+    {
+        if (m_throws > 0)
+        {
+            --m_throws;
+            throw std::bad_alloc();
+        }
+        return DiskSourceTree::Open(file);
+    }
+
+private:
+    int m_throws;
+};
+
 class ProtoLoadDeliberateOddities : public ProtoLoad
 {
 };
@@ -52,6 +74,22 @@ TEST_F(ProtoLoad, MakesARecordOfTheFile)
     ASSERT_NE(nullptr, info->pstFileDesc);
     EXPECT_EQ("m.proto", info->pstFileDesc->name());
     EXPECT_EQ("Top", info->pstFileDesc->message_type(0)->name());
+}
+
+TEST_F(ProtoLoad, RemembersNoFailureOfAnImportThatRanOutOfMemory)
+{
+    writeProto("m", kProto);
+    auto *const tree = new ThrowingTree(1);
+    context()->pstSourceTree = tree;
+    GPBLIB_AddDiskTreeMapPath(context());
+    events().clear();
+    EXPECT_EQ(1u, load("m"));
+    EXPECT_LOG(log(), "1: GPBLIB_LoadProtoFile begin ", "1: protofile name = m.proto", "0: load protofile failed");
+    EXPECT_EQ(joinLines({"MALLOC gpb_template:443", "FREE gpb_template:458"}), joinLines(events().texts()));
+    EXPECT_EQ(0u, recordCount());
+    EXPECT_EQ(0u, load("m")) << "the file is not at fault";
+    EXPECT_EQ(tree, context()->pstSourceTree);
+    EXPECT_EQ(1u, recordCount());
 }
 
 TEST_F(ProtoLoad, ImportsOnce)

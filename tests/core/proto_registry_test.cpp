@@ -247,6 +247,36 @@ TEST_F(ProtoRegistry, UnloadOfAllPassesOverEmptySlots)
     EXPECT_EQ(0u, context()->pstTemplateVec->uiCount);
 }
 
+TEST_F(ProtoRegistry, UnloadOfAllPassesOverEmptyRecordSlots)
+{
+    ASSERT_NE(nullptr, store("a"));
+    GpbProtoFileInfo gone = {};
+    ASSERT_EQ(0u, GPBLIB_AddProtoFile_(context(), &gone, "gone", kState));
+    ASSERT_NE(nullptr, store("b"));
+    context()->pstProtoFileVec->ppvSlot[1] = nullptr;
+    events().clear();
+    GPBLIB_UnloadProtoFileAll(context(), 0);
+    EXPECT_EQ(joinLines({"FREE gpb_template:1500", "FREE gpb_template:1500"}), joinLines(events().texts()));
+    EXPECT_EQ(0u, context()->pstProtoFileVec->uiCount);
+}
+
+TEST_F(ProtoRegistry, UnloadOfAllFreesWhatTheLeavesOfATemplateHold)
+{
+    ObjTree tree = GPBLIB_ObjTree_Create(0, kModuleId);
+    ASSERT_NE(nullptr, tree);
+    const uint8_t content[] = {'t', 'e', 'x', 't'};
+    ASSERT_NE(nullptr, GPBLIB_ObjTree_CreateString(tree, tree, 1, sizeof(content), content, 1));
+    auto *const info = static_cast<GpbTemplateInfo *>(allocate(sizeof(GpbTemplateInfo)));
+    *info = {1, tree};
+    ASSERT_EQ(0u, VEC_VectorSet(context()->pstTemplateVec, info));
+    events().clear();
+    GPBLIB_UnloadProtoFileAll(context(), 0);
+    EXPECT_EQ(
+        joinLines({"FREE gpb_template_rdmi_tree:214", "FREE cmf_tree:1", "FREE cmf_tree:1", "FREE gpb_template:1511"}),
+        joinLines(events().texts()));
+    EXPECT_EQ(0u, context()->pstTemplateVec->uiCount);
+}
+
 TEST_F(ProtoRegistry, NullArgumentsStoreAndFindNothing)
 {
     GpbProtoFileInfo info = {};

@@ -193,6 +193,36 @@ TEST_F(CaseCollection, EndsForATypeThatContainsItself)
     EXPECT_EQ(gpbtest::joinLines({"Plain.c", "Plain.Case.plain"}), collect("Plain").names());
 }
 
+TEST_F(CaseCollection, GoesAsDeepAsTheCapacityOfTheCaller)
+{
+    addProto("message Top { string leaf = 1; oneof choice { Top again = 2; } }");
+    constexpr uint32_t kMillion = 1000000;
+    for (const Collector collector : {GPB_GetOneofCaseChilds, GPB_GetEachOneofCaseChilds})
+    {
+        std::vector<const Field *> fields(kMillion, nullptr);
+        uint32_t count = 3;
+        EXPECT_EQ(1u, collector(message("Top"), fields.data(), kMillion, &count));
+        EXPECT_EQ(3u, count) << "not written back";
+        EXPECT_EQ(nullptr, fields[2]);
+        EXPECT_EQ("Top.again", gpbtest::nameOf(fields[3]));
+        EXPECT_EQ("Top.again", gpbtest::nameOf(fields[kMillion - 1]));
+    }
+}
+
+TEST_F(CaseCollection, ComesBackToWhereItWentDown)
+{
+    addProto("message Top {"
+             "  message Leaf { string s = 1; }"
+             "  message Case { Leaf x = 1; oneof inner { Inner y = 2; Inner z = 3; } Leaf last = 4; }"
+             "  message Inner { oneof deep { Deep d = 1; } Leaf e = 2; }"
+             "  message Deep { Leaf f = 1; }"
+             "  oneof choice { Case a = 1; Leaf b = 2; }"
+             "}");
+    EXPECT_EQ(gpbtest::joinLines({"Top.a", "Top.Case.x", "Top.Case.y", "Top.Inner.d", "Top.Deep.f", "Top.Inner.e",
+                                  "Top.Case.z", "Top.Inner.d", "Top.Deep.f", "Top.Inner.e", "Top.Case.last", "Top.b"}),
+              collect("Top").names());
+}
+
 TEST_F(CaseCollection, NullArgumentsCollectNothing)
 {
     addProto("message Top { message C { string s = 1; } oneof choice { C a = 1; } }");

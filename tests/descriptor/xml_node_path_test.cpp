@@ -50,7 +50,13 @@ TEST_F(XmlNodePath, OfNullOrTheDocumentWritesNothing)
     EXPECT_EQ(0u, GPB_BuildXmlNodePath(nullptr, buffer, sizeof(buffer)));
     EXPECT_EQ(0u, GPB_BuildXmlNodePath(nesting.document(), buffer, sizeof(buffer)));
     EXPECT_STREQ("untouched", buffer);
-    EXPECT_EQ(0u, GPB_BuildXmlNodePath(nesting.leaf(), nullptr, sizeof(buffer)));
+    EXPECT_EQ(0u, GPB_BuildXmlNodePath(nullptr, nullptr, 0));
+    EXPECT_EQ(0u, GPB_BuildXmlNodePath(nesting.document(), nullptr, 0));
+}
+
+TEST_F(XmlNodePath, FailsForAnElementWithoutDestination)
+{
+    EXPECT_EQ(1u, GPB_BuildXmlNodePath(XmlNesting("root").leaf(), nullptr, kRoom));
 }
 
 TEST_F(XmlNodePath, EndsAtAnElementWithoutParent)

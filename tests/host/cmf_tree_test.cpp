@@ -179,9 +179,24 @@ TEST_F(CmfTreeTest, FreesEveryNodeOnceAndAfterItsCallback)
     EXPECT_EQ(6u, events().ofKind(GPB_HOST_EVENT_FREE).size());
 }
 
-TEST_F(CmfTreeTest, FreesASubtreeOutOfItsTree)
+TEST_F(CmfTreeTest, FreesASubtreeAndNothingAboveIt)
 {
     createExample();
+    CmfTreeNode above = *m_a;
+    CmfTreeNode beside = *m_e;
+    CMF_TREE_FreeTree(m_b, noteFreed, 0);
+    EXPECT_EQ("cdb", g_freed);
+    EXPECT_EQ(above.pstFirstChild, m_a->pstFirstChild) << "who does not detach keeps the link to what is gone";
+    EXPECT_EQ(beside.pstPrevSibling, m_e->pstPrevSibling);
+    m_a->pstFirstChild = m_e;
+    m_e->pstPrevSibling = nullptr;
+    CMF_TREE_FreeTree(m_a, nullptr, 0);
+}
+
+TEST_F(CmfTreeTest, FreesADetachedSubtree)
+{
+    createExample();
+    CMF_TREE_DetachNode(m_b, 0);
     CMF_TREE_FreeTree(m_b, noteFreed, 0);
     EXPECT_EQ("cdb", g_freed);
     EXPECT_EQ("aef", preOrder(m_a));

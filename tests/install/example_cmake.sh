@@ -18,8 +18,10 @@ if grep -E "^\.+ $source_dir/(include|platform)/" build.log; then
     fail "headers of the source tree were read"
 fi
 
-run_host build/"$example"
-if [ "$example" = cpp_host ]; then
+if [ "$example" = c_host ]; then
+    run_c_host build/c_host
+else
+    run_host build/"$example"
     # The debug text is protobuf's own, so only what it says of our document is looked at.
     grep -q 'openconfig-telemetry-types:STREAM_GRPC' host.out || fail "the host printed no message text"
 fi

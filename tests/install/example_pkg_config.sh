@@ -16,4 +16,4 @@ if grep -E "^\.+ $source_dir/(include|platform)/" build.log; then
     fail "headers of the source tree were read"
 fi
 
-run_host source/c_host
+run_c_host source/c_host

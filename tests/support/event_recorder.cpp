@@ -74,6 +74,14 @@ std::vector<std::string> EventRecorder::sites(GpbHostEventKind kind) const
     return sites;
 }
 
+std::vector<std::string> EventRecorder::takeAsserts()
+{
+    std::vector<std::string> taken = sites(GPB_HOST_EVENT_ASSERT);
+    taken.erase(taken.begin(), taken.begin() + static_cast<std::ptrdiff_t>(m_takenAsserts));
+    m_takenAsserts += taken.size();
+    return taken;
+}
+
 std::vector<std::string> EventRecorder::texts(std::initializer_list<GpbHostEventKind> kinds) const
 {
     std::vector<std::string> texts;

@@ -55,12 +55,20 @@ public:
     /** "KIND FILE:LINE" of the events of the given kinds, in order; of all events when no kind is given. */
     std::vector<std::string> texts(std::initializer_list<GpbHostEventKind> kinds = {}) const;
 
-    void clear() { m_events.clear(); }
+    /** "FILE:LINE" of the assertions since the last taking; those that a clearing forgot are not among them. */
+    std::vector<std::string> takeAsserts();
+
+    void clear()
+    {
+        m_events.clear();
+        m_takenAsserts = 0;
+    }
 
 private:
     static void observe(void *recorder, const GpbHostEvent *event);
 
     std::vector<PlatformEvent> m_events;
+    size_t m_takenAsserts = 0; // of the assertions in m_events
 };
 
 } // namespace gpbtest

@@ -78,7 +78,8 @@ private:
 
 } // namespace gpbtest
 
-/** Expects exactly these "LEVEL: TEXT" messages, in this order, and forgets them. */
+/** Expects exactly these "LEVEL: TEXT" messages, in this order, and forgets them. One message at least: none is
+ * EXPECT_NO_LOG. */
 #define EXPECT_LOG(recorder, ...)                                                                                      \
     EXPECT_EQ(::gpbtest::joinLines(std::vector<std::string>{__VA_ARGS__}), (recorder).take())
 

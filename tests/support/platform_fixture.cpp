@@ -22,10 +22,7 @@ void PlatformFixture::TearDown()
 
 std::vector<std::string> PlatformFixture::takeAsserts()
 {
-    const std::vector<std::string> all = m_events.sites(GPB_HOST_EVENT_ASSERT);
-    std::vector<std::string> unread(all.begin() + static_cast<std::ptrdiff_t>(m_seenAsserts), all.end());
-    m_seenAsserts = all.size();
-    return unread;
+    return m_events.takeAsserts();
 }
 
 std::string PlatformFixture::takeAssertText()

@@ -64,7 +64,6 @@ private:
     LedgerSnapshot m_heldBefore;
     EventRecorder m_events;
     TempDirectory m_workDirectory;
-    size_t m_seenAsserts = 0; // assertion events read so far
     size_t m_expectedAsserts = 0;
 };
 

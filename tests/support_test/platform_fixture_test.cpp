@@ -12,6 +12,7 @@ namespace
 class DrivenFixture : public gpbtest::PlatformFixture
 {
 public:
+    using PlatformFixture::events;
     using PlatformFixture::expectAsserts;
     using PlatformFixture::failEachCall;
     using PlatformFixture::takeAssertText;
@@ -82,6 +83,25 @@ TEST(PlatformFixtureTest, AnnouncedOrReadAssertionsPass)
     EXPECT_EQ("unit:31\n", fixture.takeAssertText());
     ZMP_Assert("unit", 32, 0);
     fixture.expectAsserts(1);
+    fixture.end();
+}
+
+TEST(PlatformFixtureTest, AssertionsAreReadOnceAroundAClearing)
+{
+    DrivenFixture fixture;
+    fixture.begin();
+    ZMP_Assert("unit", 31, 0);
+    ZMP_Assert("unit", 32, 0);
+    EXPECT_EQ("unit:31\nunit:32\n", fixture.takeAssertText());
+    EXPECT_EQ("", fixture.takeAssertText());
+    fixture.events().clear();
+    EXPECT_EQ("", fixture.takeAssertText());
+    ZMP_Assert("unit", 33, 0);
+    EXPECT_EQ("unit:33\n", fixture.takeAssertText());
+    ZMP_Assert("unit", 34, 0);
+    fixture.events().clear();
+    ZMP_Assert("unit", 35, 0);
+    EXPECT_EQ("unit:35\n", fixture.takeAssertText()) << "a clearing forgets what was not read";
     fixture.end();
 }
 

@@ -1,11 +1,11 @@
-/** gpbtool encode: XML documents to GPB. */
+/** gpbtool encode: XML and JSON documents to GPB. */
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <set>
 
-#include "document_encoder.h"
+#include "json_encoder.h"
 #include "message_view.h"
 #include "output_file.h"
 #include "session.h"
@@ -19,12 +19,15 @@ namespace
 
 constexpr const char *kBinarySuffix = ".gpb";
 constexpr const char *kTextSuffix = ".txt";
+constexpr const char *kJsonSuffix = ".json";
+constexpr const char *kXml = "xml";
+constexpr const char *kJson = "json";
 
 class EncodeCommand : public Subcommand
 {
 public:
     const char *Name() const override { return "encode"; }
-    const char *Description() const override { return "Encode XML documents of a module"; }
+    const char *Description() const override { return "Encode XML or JSON documents of a module"; }
 
     void Declare(CLI::App &app) override
     {
@@ -32,7 +35,16 @@ public:
         app.add_option("--module", module_, "Module of the documents, the name of its .proto file without the suffix")
             ->required()
             ->type_name("M");
-        app.add_option("documents", documents_, "XML documents; - is standard input")->required()->type_name("DOC.xml");
+        app.add_option("documents", documents_, "XML documents, or JSON documents named *.json; - is standard input")
+            ->required()
+            ->type_name("DOC");
+        app.add_option("--format", format_, "Format of all documents, whatever their names (default: by name)")
+            ->check(CLI::IsMember({kXml, kJson}))
+            ->type_name("xml|json");
+        app.add_option("--item", json_.item,
+                       "Encode this item of a JSON document only, such as /interfaces/interface/0")
+            ->type_name("PATH");
+        app.add_flag("--strip-prefixes", json_.stripPrefixes, "Take \"MODULE:\" off the names of JSON documents");
         CLI::Option *single = app.add_option("-o,--output", output_, "Write to this file; - is standard output");
         single->type_name("OUT");
         app.add_option("--out-dir", outDir_, "Write DOC.gpb (DOC.txt with --text) for each document to this directory")
@@ -45,6 +57,7 @@ public:
     ExitCode Run(Console &console) override
     {
         search_.Complete();
+        CheckFormats();
         CheckOutputs();
         Session session(console, search_);
         session.Load(module_);
@@ -56,6 +69,23 @@ public:
     }
 
 private:
+    bool IsJson(const std::string &document) const
+    {
+        return format_.empty() ? std::filesystem::path(document).extension() == kJsonSuffix : format_ == kJson;
+    }
+
+    void CheckFormats() const
+    {
+        for (const std::string &document : documents_)
+        {
+            if (!IsJson(document) && (!json_.item.empty() || json_.stripPrefixes))
+            {
+                throw ToolError(ExitCode::Usage, document + ": --item and --strip-prefixes are for JSON documents",
+                                "give --format json if it is one");
+            }
+        }
+    }
+
     void CheckOutputs() const
     {
         if (outDir_.empty() && documents_.size() > 1)
@@ -104,7 +134,9 @@ private:
     /** Encodes and writes one document; failures are ToolErrors. */
     ExitCode EncodeOne(Session &session, Console &console, const std::string &document) const
     {
-        const EncodedDocument encoded = EncodeDocument(session, console, {module_, document, lenient_});
+        const EncodeRequest request = {module_, document, lenient_};
+        const EncodedDocument encoded =
+            IsJson(document) ? EncodeJson(session, console, request, json_) : EncodeXml(session, console, request);
         const std::string bytes = text_ ? MessageView(*encoded.type, encoded.bytes, document).Text() : encoded.bytes;
         console.EndProgress();
         WriteOutput(Target(document), bytes);
@@ -138,6 +170,8 @@ private:
     SearchOptions search_;
     std::string module_;
     std::vector<std::string> documents_;
+    std::string format_;
+    JsonOptions json_ = {{}, false};
     std::string output_;
     std::string outDir_;
     bool text_ = false;

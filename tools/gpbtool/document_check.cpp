@@ -44,6 +44,8 @@ struct Level
 class Checker
 {
 public:
+    explicit Checker(const CheckRules &rules) : rules_(rules) {}
+
     void Children(const xmlNode &parent, const Level &level)
     {
         for (xmlNode *node = parent.children; node != nullptr; node = node->next)
@@ -62,7 +64,10 @@ public:
     std::vector<Finding> findings;
 
 private:
-    void Report(const xmlNode &node, const std::string &text) { findings.push_back({xmlGetLineNo(&node), text}); }
+    void Report(const xmlNode &node, const std::string &text)
+    {
+        findings.push_back({std::to_string(xmlGetLineNo(&node)), text});
+    }
 
     void Element(xmlNode &node, const Level &level)
     {
@@ -120,6 +125,14 @@ private:
             level.layers += count;
             level.type = caseField->message_type();
         }
+        if (rules_.extraTest)
+        {
+            const std::string problem = rules_.extraTest(node, *field);
+            if (!problem.empty())
+            {
+                Report(node, Tag(node) + ": " + problem);
+            }
+        }
         return field;
     }
 
@@ -170,12 +183,18 @@ private:
         {
             return;
         }
+        const pb::Descriptor *type = field->message_type();
+        if (rules_.layersByType)
+        {
+            Children(node, {type, GPB_GetDescriptorLayerNum(type)});
+            return;
+        }
         if (level.layers >= GPB_COMPILER_MAX_LAYERS)
         {
             Report(node, Tag(node) + ": nested deeper than " + std::to_string(GPB_COMPILER_MAX_LAYERS) + " levels");
             return;
         }
-        Children(node, {field->message_type(), level.layers + 1});
+        Children(node, {type, level.layers + 1});
     }
 
     bool IsMessage(const xmlNode &node, const pb::FieldDescriptor &field)
@@ -188,22 +207,24 @@ private:
                          " in the module, but more than one text in the document");
         return false;
     }
+
+    const CheckRules &rules_;
 };
 
 } // namespace
 
-const pb::Descriptor *RootMessage(const xmlNode &root, const pb::FileDescriptor &module)
+const pb::Descriptor *RootMessage(const std::string &container, const pb::FileDescriptor &module)
 {
     // Room for the two characters that a conversion can add.
-    std::string name = Chars(root.name);
+    std::string name = container;
     name.resize(name.size() + 3, '\0');
     Gpb_util_ConverContainerName(name.data(), 1);
     return module.pool()->FindMessageTypeByName(module.package() + "." + name.c_str());
 }
 
-std::vector<Finding> CheckDocument(const xmlNode &root, const pb::Descriptor &type)
+std::vector<Finding> CheckDocument(const xmlNode &root, const pb::Descriptor &type, const CheckRules &rules)
 {
-    Checker checker;
+    Checker checker(rules);
     checker.Children(root, {&type, 1});
     return checker.findings;
 }

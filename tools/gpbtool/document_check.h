@@ -4,22 +4,30 @@
 
 #include <libxml/tree.h>
 
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "completeness.h"
 
 namespace google::protobuf
 {
 class Descriptor;
+class FieldDescriptor;
 class FileDescriptor;
 } // namespace google::protobuf
 
 namespace gpbtool
 {
 
-struct Finding
+/** What a document is turned into, as far as the search for losses needs to know. */
+struct CheckRules
 {
-    long line;
-    std::string text; /**< "<element>: what is wrong" */
+    /** A container's layer is that of its type, and there is no limit; else open layers count, up to the limit. */
+    bool layersByType;
+
+    /** A further test of each element that has a field; what is wrong, or an empty text. */
+    std::function<std::string(const xmlNode &, const google::protobuf::FieldDescriptor &)> extraTest;
 };
 
 /**
@@ -30,10 +38,12 @@ struct Finding
  *
  * Needs the process's first compiler to exist, which prepares the conversion of enumeration values.
  */
-std::vector<Finding> CheckDocument(const xmlNode &root, const google::protobuf::Descriptor &type);
+std::vector<Finding> CheckDocument(const xmlNode &root, const google::protobuf::Descriptor &type,
+                                   const CheckRules &rules);
 
-/** The message type of a root element, or null when the module has none. */
-const google::protobuf::Descriptor *RootMessage(const xmlNode &root, const google::protobuf::FileDescriptor &module);
+/** The message type of a top-level container, or null when the module has none. */
+const google::protobuf::Descriptor *RootMessage(const std::string &container,
+                                                const google::protobuf::FileDescriptor &module);
 
 } // namespace gpbtool
 

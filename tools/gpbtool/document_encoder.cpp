@@ -2,9 +2,10 @@
 
 #include <google/protobuf/descriptor.h>
 
+#include "compiler.h"
 #include "document_check.h"
-#include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
+#include "json_shape.h"
 #include "xml_document.h"
 
 namespace gpbtool
@@ -15,28 +16,12 @@ namespace
 
 namespace pb = google::protobuf;
 
-constexpr std::size_t kFindingsShown = 10;
-
-struct CompilerDeleter
-{
-    void operator()(GpbXmlCompilerBase *compiler) const { GpbXmlCompiler_Destory(compiler); }
-};
-using Compiler = std::unique_ptr<GpbXmlCompilerBase, CompilerDeleter>;
+constexpr const char *kUnit = "element";
 
 std::string RootName(const xmlDoc &doc)
 {
     const xmlNode *root = xmlDocGetRootElement(&doc);
     return root != nullptr ? reinterpret_cast<const char *>(root->name) : "";
-}
-
-std::string Messages(const pb::FileDescriptor &file)
-{
-    std::string names;
-    for (int i = 0; i < file.message_type_count(); ++i)
-    {
-        names += (i > 0 ? ", " : "") + file.message_type(i)->full_name();
-    }
-    return names.empty() ? "none" : names;
 }
 
 ToolError EncodeError(unsigned int code, const EncodeRequest &request, const xmlDoc &doc,
@@ -49,7 +34,7 @@ ToolError EncodeError(unsigned int code, const EncodeRequest &request, const xml
         return ToolError(ExitCode::Encode,
                          request.document + ": root element <" + root + "> has no message in module " + request.module +
                              suffix,
-                         "is this the right module? Its messages: " + Messages(file));
+                         "is this the right module? Its messages: " + TopMessages(file));
     }
     if (code == GPB_COMPILER_ROOT_NAME_TOO_LONG)
     {
@@ -62,77 +47,103 @@ ToolError EncodeError(unsigned int code, const EncodeRequest &request, const xml
                      "the library's messages above say why; -v shows what it skipped before");
 }
 
-ToolError NoResultError(const EncodeRequest &request, const xmlDoc &doc, const Diagnostics &log)
+ToolError NoResultError(const EncodeRequest &request, const xmlDoc &doc, const std::string &why)
 {
-    return ToolError(ExitCode::Encode, request.document + ": nothing encoded: " + log.LastFailure(),
+    return ToolError(ExitCode::Encode, request.document + ": nothing encoded: " + why,
                      "does <" + RootName(doc) + "> hold elements, and every one that the module requires?");
 }
 
-std::string List(const std::string &document, const std::vector<Finding> &findings, std::size_t shown)
+/** An XML document on its way through a compiler. */
+struct XmlJob
 {
-    std::string text;
-    for (std::size_t i = 0; i < findings.size() && i < shown; ++i)
-    {
-        text += "\n  " + document + ":" + std::to_string(findings[i].line) + ": " + findings[i].text;
-    }
-    if (findings.size() > shown)
-    {
-        text += "\n  and " + std::to_string(findings.size() - shown) + " more";
-    }
-    return text;
-}
+    Session &session;
+    Console &console;
+    const EncodeRequest &request;
+    const pb::FileDescriptor &file;
+    XmlDocument doc;
 
-/** Fails, or warns where that was asked for, when not all of the document is in the message. */
-void JudgeCompleteness(const EncodeRequest &request, const std::vector<Finding> &findings, Session &session,
-                       Console &console)
-{
-    const std::uint64_t problems = session.Log().Problems();
-    if (findings.empty() && problems == 0)
+    XmlJob(Session &theSession, Console &theConsole, const EncodeRequest &theRequest)
+        : session(theSession), console(theConsole), request(theRequest), file(session.Load(request.module)),
+          doc(ReadXmlDocument(request.document))
     {
-        return;
     }
-    const std::uint64_t count = findings.empty() ? problems : findings.size();
-    const std::string counted = std::to_string(count) + (count == 1 ? " element" : " elements");
-    const bool verbose = session.Log().Verbosity() > 0;
-    if (request.lenient)
+
+    /** What a compiler makes of the document; `compiler` is null when it could not be created. */
+    std::string Run(GpbXmlCompilerBase *compiler) const
     {
-        console.Warning(request.document + ": " + counted + " skipped or with a value that does not fit" +
-                        (verbose ? List(request.document, findings, findings.size()) : ", run with -v to see them"));
-        return;
+        if (compiler == nullptr)
+        {
+            throw ModuleError(session.Places(), request.module);
+        }
+        session.Log().Reset();
+        unsigned int length = 0;
+        unsigned int code = 0;
+        const char *bytes = GpbXmlCompiler_Encode(compiler, doc.get(), &length, &code);
+        if (code != GPB_COMPILER_OK)
+        {
+            throw EncodeError(code, request, *doc, file);
+        }
+        if (bytes == nullptr)
+        {
+            throw NoResultError(request, *doc, session.Log().LastFailure());
+        }
+        return std::string(bytes, length);
     }
-    throw ToolError(ExitCode::Incomplete,
-                    request.document + ": " + counted + " of the document cannot be encoded as given" +
-                        List(request.document, findings, verbose ? findings.size() : kFindingsShown),
-                    "correct them, or give --lenient to encode the rest; -v shows all");
-}
+
+    void Judge(const pb::Descriptor &type, const CheckRules &rules) const
+    {
+        JudgeCompleteness({request.document, kUnit, request.lenient},
+                          CheckDocument(*xmlDocGetRootElement(doc.get()), type, rules), session.Log(), console);
+    }
+};
 
 } // namespace
 
-EncodedDocument EncodeDocument(Session &session, Console &console, const EncodeRequest &request)
+std::string TopMessages(const pb::FileDescriptor &file)
 {
-    const pb::FileDescriptor &file = session.Load(request.module);
-    const XmlDocument doc = ReadXmlDocument(request.document);
+    std::string names;
+    for (int i = 0; i < file.message_type_count(); ++i)
+    {
+        names += (i > 0 ? ", " : "") + file.message_type(i)->full_name();
+    }
+    return names.empty() ? "none" : names;
+}
+
+EncodedDocument EncodeXml(Session &session, Console &console, const EncodeRequest &request)
+{
+    const XmlJob job(session, console, request);
     const Compiler compiler(GpbXmlCompiler_CreateCompiler(session.Context(), request.module.c_str()));
-    if (compiler == nullptr)
+    EncodedDocument encoded = {job.Run(compiler.get()), nullptr};
+    encoded.type = RootMessage(RootName(*job.doc), job.file);
+    job.Judge(*encoded.type, {false, nullptr});
+    return encoded;
+}
+
+std::string ConvertXmlToJson(Session &session, Console &console, const EncodeRequest &request, bool numbers64)
+{
+    const XmlJob job(session, console, request);
+    const Compiler compiler(
+        GpbXmlCompiler_CreateJsonCompiler(session.Context(), request.module.c_str(), numbers64 ? 1 : 0));
+    std::string json = job.Run(compiler.get());
+    // The compiler makes an object of a root that the module does not have, too.
+    const std::string root = RootName(*job.doc);
+    if (root.size() >= GPB_NAME_SIZE)
     {
-        throw ModuleError(session.Places(), request.module);
+        throw EncodeError(GPB_COMPILER_ROOT_NAME_TOO_LONG, request, *job.doc, job.file);
     }
-    session.Log().Reset();
-    unsigned int length = 0;
-    unsigned int code = 0;
-    const char *bytes = GpbXmlCompiler_Encode(compiler.get(), doc.get(), &length, &code);
-    if (code != GPB_COMPILER_OK)
+    const pb::Descriptor *type = RootMessage(root, job.file);
+    if (type == nullptr)
     {
-        throw EncodeError(code, request, *doc, file);
+        throw EncodeError(GPB_COMPILER_NO_MESSAGE_TYPE, request, *job.doc, job.file);
     }
-    if (bytes == nullptr)
+    if (json == kEmptyJson)
     {
-        throw NoResultError(request, *doc, session.Log());
+        throw NoResultError(request, *job.doc, "the root element is no container");
     }
-    const xmlNode &root = *xmlDocGetRootElement(doc.get());
-    const pb::Descriptor *type = RootMessage(root, file);
-    JudgeCompleteness(request, CheckDocument(root, *type), session, console);
-    return {std::string(bytes, length), type};
+    JsonShape shape(numbers64);
+    job.Judge(*type, {true, [&](const xmlNode &node, const pb::FieldDescriptor &field)
+                      { return shape.Problem(node, field); }});
+    return json;
 }
 
 } // namespace gpbtool

@@ -10,7 +10,8 @@
 namespace google::protobuf
 {
 class Descriptor;
-}
+class FileDescriptor;
+} // namespace google::protobuf
 
 namespace gpbtool
 {
@@ -28,8 +29,14 @@ struct EncodedDocument
     const google::protobuf::Descriptor *type;
 };
 
-/** @throws ToolError (Input, Encode, Incomplete) */
-EncodedDocument EncodeDocument(Session &session, Console &console, const EncodeRequest &request);
+/** Encodes an XML document. @throws ToolError (Input, Encode, Incomplete) */
+EncodedDocument EncodeXml(Session &session, Console &console, const EncodeRequest &request);
+
+/** Makes the JSON text of an XML document, with numbers for 64-bit integers or texts. @throws as EncodeXml */
+std::string ConvertXmlToJson(Session &session, Console &console, const EncodeRequest &request, bool numbers64);
+
+/** Full names of a module's top-level messages, for hints. */
+std::string TopMessages(const google::protobuf::FileDescriptor &file);
 
 } // namespace gpbtool
 

@@ -4,51 +4,43 @@
 #include <csignal>
 #include <new>
 
+#include "command_group.h"
 #include "subcommand.h"
 #include "xml_document.h"
 
 namespace
 {
 
+using gpbtool::CommandGroup;
 using gpbtool::Console;
 using gpbtool::ExitCode;
 
-ExitCode RunSelected(CLI::App &app, const std::vector<std::unique_ptr<gpbtool::Subcommand>> &commands, Console &console)
+/** The program as the group of its subcommands. */
+std::unique_ptr<CommandGroup> MakeProgram()
 {
-    for (const auto &command : commands)
-    {
-        if (app.got_subcommand(command->Name()))
-        {
-            return command->Run(console);
-        }
-    }
-    return ExitCode::Usage;
+    return std::make_unique<CommandGroup>(
+        "gpbtool", "Encodes instance documents of YANG modules into Protocol Buffers, and shows what came out.",
+        gpbtool::MakeSubcommands());
 }
 
-ExitCode Main(int argc, char **argv, Console &console)
+ExitCode Main(int argc, char **argv, CommandGroup &program, Console &console)
 {
-    CLI::App app("Encodes instance documents of YANG modules into Protocol Buffers, and shows what came out.",
-                 "gpbtool");
-    app.require_subcommand(1);
-    app.footer(gpbtool::kExitCodeHelp);
+    CLI::App app(program.Description(), program.Name());
+    app.footer(program.ExitCodes());
     app.set_version_flag("--version", GPBTOOL_VERSION);
-    const auto commands = gpbtool::MakeSubcommands();
-    for (const auto &command : commands)
-    {
-        CLI::App *sub = app.add_subcommand(command->Name(), command->Description());
-        sub->footer(gpbtool::kExitCodeHelp);
-        command->Declare(*sub);
-    }
+    program.Declare(app);
     try
     {
         app.parse(argc, argv);
     }
     catch (const CLI::ParseError &error)
     {
+        program.Select();
         return app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
     }
+    program.Select();
     gpbtool::PrepareXmlParser();
-    return RunSelected(app, commands, console);
+    return program.Run(console);
 }
 
 } // namespace
@@ -59,10 +51,11 @@ int main(int argc, char **argv)
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     Console console;
+    const std::unique_ptr<CommandGroup> program = MakeProgram();
     ExitCode code = ExitCode::Internal;
     try
     {
-        code = Main(argc, argv, console);
+        code = Main(argc, argv, *program, console);
     }
     catch (const gpbtool::ToolError &error)
     {
@@ -78,5 +71,5 @@ int main(int argc, char **argv)
         console.Print(std::string("error: ") + error.what());
     }
     console.EndProgress();
-    return static_cast<int>(code);
+    return program->Status(code);
 }

@@ -10,9 +10,6 @@ namespace gpbtool
 namespace
 {
 
-/** Under this module id the tool's allocations stand in the platform's books. */
-constexpr std::uint32_t kModuleId = 0x47544F4Cu;
-
 constexpr std::size_t kProblemsShown = 10;
 
 } // namespace

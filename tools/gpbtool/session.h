@@ -19,6 +19,9 @@ class FileDescriptor;
 namespace gpbtool
 {
 
+/** Under this module id the tool's allocations stand in the platform's books. */
+inline constexpr std::uint32_t kModuleId = 0x47544F4CU;
+
 class Session
 {
 public:

@@ -1,4 +1,5 @@
-/** The library's own use of the free store when that runs out: the documented failure, no exception, and work goes on.
+/** The library's own use of the free store when that runs out: the failure its header names, no exception, and work
+ * goes on.
  */
 #include <google/protobuf/descriptor.h>
 #include <string>
@@ -65,6 +66,35 @@ TEST_F(FreeStore, WithoutImporterTheTreeIsKept)
     EXPECT_NE(nullptr, context()->pstImporter);
 }
 
+TEST_F(FreeStore, ATreeWithoutAllOfItsMappingsIsNotKept)
+{
+    // The app's directory is below a name that needs memory, as the other two are.
+    const std::string app = workDirectory().makeDirectory("app");
+    gpbtest::oddPlatform().directories[app] = 1;
+    ASSERT_EQ(0u, GPBLIB_PkgAddInstallPath(context(), app.c_str()));
+    GPBLIB_SetPatchDir(context(), "patch/");
+    writeProto("in_app", "syntax = 'proto3'; message App { string a = 1; }", "app");
+    writeProto("in_patch", "syntax = 'proto3'; message Patch { string p = 1; }", "patch");
+    writeProto("in_fixed", kProto);
+    // The importer, which comes after the tree, is left out: protobuf leaks memory when its pool cannot be made.
+    uint64_t failures = 0;
+    for (bool isTreeMade = false; !isTreeMade;)
+    {
+        GPBLIB_UnloadProtoFileAll(context(), 0);
+        failAllocation(failures + 1);
+        EXPECT_EQ(1u, GPBLIB_ProtoTreeInitial_(context())) << failures;
+        ASSERT_TRUE(hasAllocationFailed());
+        isTreeMade = context()->pstSourceTree != nullptr;
+        EXPECT_EQ(nullptr, context()->pstImporter) << failures;
+        for (const char *const module : {"in_app", "in_patch", "in_fixed"})
+        {
+            EXPECT_EQ(0u, GPBLIB_LoadProtoFile(context(), module, 0, "")) << module << " after failure " << failures;
+        }
+        ++failures;
+    }
+    EXPECT_GT(failures, 4u) << "the tree, three mappings and the importer";
+}
+
 TEST_F(FreeStore, UnloadOfAFileWithALongNameGivesUp)
 {
     writeProto(kLongName, kProto);
@@ -100,6 +130,25 @@ TEST_F(FreeStore, LookupsFindNothing)
     EXPECT_EQ(nullptr, findNode());
     EXPECT_TRUE(hasAllocationFailed());
     EXPECT_NE(nullptr, findNode());
+}
+
+TEST_F(FreeStore, CollectionOfNestedCasesFails)
+{
+    gpbtest::ProtoJudge judge;
+    judge.addFile("m.proto", "syntax = 'proto3'; message Top { message Case { message Inner { string s = 1; }"
+                             " oneof inner { Inner in_case = 1; } } oneof choice { Case a = 1; } }");
+    const google::protobuf::Descriptor *const top = judge.findType("Top");
+    const google::protobuf::FieldDescriptor *fields[10] = {};
+    uint32_t count = 0;
+    failAllocation(1);
+    EXPECT_EQ(1u, GPB_GetOneofCaseChilds(top, fields, 10, &count));
+    EXPECT_TRUE(hasAllocationFailed());
+    failAllocation(1);
+    EXPECT_EQ(1u, GPB_GetEachOneofCaseChilds(top, fields, 10, &count));
+    EXPECT_TRUE(hasAllocationFailed());
+    EXPECT_EQ(0u, count);
+    EXPECT_EQ(0u, GPB_GetOneofCaseChilds(top, fields, 10, &count));
+    EXPECT_EQ(2u, count);
 }
 
 } // namespace

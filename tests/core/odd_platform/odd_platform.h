@@ -18,6 +18,8 @@ struct OddPlatform
 {
     std::string workPath; /**< written without terminator when it fills the room */
     uint32_t workPathResult = 0;
+    bool workPathIgnoresTheRoom = false;         /**< written whole, with its terminator */
+    bool formattingOverwritesAndFails = false;   /**< leaves a text without terminator */
     std::map<std::string, uint32_t> files;       /**< results of the file test; 0 for all others */
     std::map<std::string, uint32_t> directories; /**< results of the directory test; 0 for all others */
     std::vector<std::string> askedFiles;

@@ -141,6 +141,44 @@ TEST_F(OddPlatformSearch, MappingTakesAWorkPathOf256CharactersAsItIs)
     EXPECT_NO_LOG(log());
 }
 
+TEST_F(OddPlatformSearch, WorkPathOf257CharactersIsTooLongForEither)
+{
+    oddPlatform().workPath.assign(kMaxPath + 2, 'w');
+    oddPlatform().workPathIgnoresTheRoom = true;
+    GPBLIB_SetPatchDir(context(), "patch/");
+    std::string out;
+    EXPECT_EQ(1u, find(out));
+    EXPECT_EQ("", out);
+    EXPECT_LOG(log(), "1: Work path tool long (257)!");
+    EXPECT_EQ(0u, GPBLIB_ProtoTreeInitial_(context()));
+    EXPECT_EQ("", takeAssertText()) << "nothing is appended to it";
+    EXPECT_NE(nullptr, context()->pstImporter);
+    EXPECT_NO_LOG(log());
+}
+
+TEST_F(OddPlatformSearch, WithoutPatchDirectoryTheEmptyNameIsAskedForFirst)
+{
+    std::string out;
+    EXPECT_EQ(1u, find(out));
+    EXPECT_EQ(joinLines({"", "/work/reslink/protobuf/m.proto"}), joinLines(oddPlatform().askedFiles));
+    EXPECT_LOG(log(), "1: File (m.proto) not exists!");
+
+    oddPlatform().askedFiles.clear();
+    oddPlatform().files[""] = 1;
+    EXPECT_EQ(0u, find(out));
+    EXPECT_EQ("/work/", out) << "the bare work path";
+    EXPECT_EQ(joinLines({""}), joinLines(oddPlatform().askedFiles));
+    EXPECT_NO_LOG(log());
+}
+
+TEST_F(OddPlatformSearch, MessageOfAFormatterThatFailsIsStillAText)
+{
+    oddPlatform().formattingOverwritesAndFails = true;
+    GPBLIB_DebugPrint(context(), GPB_LOG_ERROR, "f", 1, "%s", "lost");
+    EXPECT_LOG(log(), "0: " + std::string(GPB_LOG_TEXT_SIZE - 1, 'x'));
+    EXPECT_EQ("gpb_template:112\n", takeAssertText());
+}
+
 TEST_F(OddPlatformSearch, EmptyWorkPathIsTaken)
 {
     oddPlatform().workPath.clear();

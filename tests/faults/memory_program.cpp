@@ -1,0 +1,237 @@
+/**
+ * Each allocation of the process, of libxml2 and of cJSON failing in turn, over the lives of the compilers and of
+ * templates: a program of its own, since it replaces them.
+ *
+ * Modules are loaded before: the parser of proto files allocates in destructors, where no one can catch a failure.
+ * Nobody listens to the context and nothing observes the platform: the recorders of the tests allocate themselves.
+ */
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <libxml/xmlerror.h>
+
+#include "faults/fault_life.h"
+#include "faults/process_memory.h"
+#include "gpb_templatelib/gpb_host.h"
+#include "platform/zmp.h"
+#include "support/temp_directory.h"
+#include "support/xml_document.h"
+
+namespace
+{
+
+using gpbtest::FailingMemory;
+
+/** libxml2 tells standard error of each failed allocation. */
+void ignoreXmlError(void *, const char *, ...) {}
+
+/** What a life gave back, without memory of its own: the fault must not meet the test. */
+struct Outcome
+{
+    bool isDone = false;
+    unsigned int length = 0;
+};
+
+class MemoryFaults : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        gpbtest::takeProcessMemory();
+        xmlSetGenericErrorFunc(nullptr, ignoreXmlError);
+        GpbHost_SetWorkPath(m_work.path().c_str());
+        m_work.writeFile(std::string("reslink/protobuf/") + gpbtest::kFaultModule + ".proto", gpbtest::kFaultProto);
+        m_held = GpbHost_LiveCount();
+        const GpbLibInitParam param = {1, 2, {}};
+        m_context = GPBLIB_Initial(&param);
+        ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, gpbtest::kFaultModule, 0));
+        // What protobuf makes once is made.
+        GpbXmlCompiler_Destory(GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule));
+        m_json.reset(cJSON_Parse(gpbtest::kFaultJson));
+        ASSERT_NE(nullptr, m_json);
+    }
+
+    void TearDown() override
+    {
+        m_json.reset();
+        GPBLIB_Uninitial(m_context);
+        EXPECT_EQ(m_held, GpbHost_LiveCount());
+        GpbHost_SetWorkPath(nullptr);
+    }
+
+    /**
+     * Fails each allocation in turn. Nothing may be held and nothing thrown, and afterwards the same context must give
+     * the good result again.
+     */
+    void failEach(const std::function<Outcome()> &life)
+    {
+        const Outcome good = life();
+        EXPECT_TRUE(good.isDone);
+        const size_t held = GpbHost_LiveCount();
+        uint64_t count = 0;
+        uint64_t failing = 0;
+        uint64_t refused = 0;
+        do
+        {
+            ++failing;
+            SCOPED_TRACE("allocation " + std::to_string(failing));
+            Outcome outcome;
+            {
+                const FailingMemory memory(failing);
+                outcome = life();
+                count = memory.count();
+            }
+            refused += outcome.isDone ? 0 : 1;
+            EXPECT_EQ(held, GpbHost_LiveCount()) << "memory is held";
+            const Outcome after = life();
+            EXPECT_TRUE(after.isDone && after.length == good.length) << "the context is not what it was";
+        } while (count >= failing);
+        EXPECT_GT(refused, 0u);
+        RecordProperty("allocations", static_cast<int>(failing - 1));
+    }
+
+    cJSON *root() const { return m_json->child; }
+
+    struct JsonFree
+    {
+        void operator()(cJSON *item) const { cJSON_Delete(item); }
+    };
+
+    gpbtest::TempDirectory m_work;
+    std::unique_ptr<cJSON, JsonFree> m_json;
+    GpbLibContext *m_context = nullptr;
+    size_t m_held = 0;
+};
+
+/** A compiler's life; a template, since a std::function would allocate itself. */
+template <typename Run>
+Outcome encode(GpbXmlCompilerBase *compiler, const Run &run)
+{
+    Outcome outcome;
+    if (compiler != nullptr)
+    {
+        outcome.isDone = run(&outcome.length) != nullptr;
+        GpbXmlCompiler_Destory(compiler);
+    }
+    return outcome;
+}
+
+TEST_F(MemoryFaults, XmlToGpb)
+{
+    const gpbtest::XmlDocument document(gpbtest::kFaultXml);
+    failEach(
+        [&]
+        {
+            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule);
+            return encode(compiler,
+                          [compiler, &document](unsigned int *length)
+                          {
+                              unsigned int code = 0;
+                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
+                          });
+        });
+}
+
+TEST_F(MemoryFaults, XmlToJson)
+{
+    const gpbtest::XmlDocument document(gpbtest::kFaultXml);
+    failEach(
+        [&]
+        {
+            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule, 0);
+            return encode(compiler,
+                          [compiler, &document](unsigned int *length)
+                          {
+                              unsigned int code = 0;
+                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
+                          });
+        });
+}
+
+TEST_F(MemoryFaults, JsonToGpb)
+{
+    for (cJSON *item : {root(), gpbtest::findItem(root(), "list"), gpbtest::findItem(root(), "a-leaf")})
+    {
+        ASSERT_NE(nullptr, item);
+        failEach(
+            [&]
+            {
+                GpbXmlCompilerBase *const compiler =
+                    GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
+                return encode(compiler, [this, compiler, item](unsigned int *length)
+                              { return GpbXmlCompiler_EncodeJson(compiler, root(), item, length); });
+            });
+    }
+}
+
+// With memory again the compiler either encodes, or says that it cannot any more: types may have been made half.
+TEST_F(MemoryFaults, JsonToGpbTwiceWithOneCompiler)
+{
+    uint64_t count = 0;
+    uint64_t refused = 0;
+    for (uint64_t failing = 1; count + 1 >= failing; ++failing)
+    {
+        SCOPED_TRACE("allocation " + std::to_string(failing));
+        GpbXmlCompilerBase *const compiler = GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
+        ASSERT_NE(nullptr, compiler);
+        unsigned int length = 0;
+        {
+            const FailingMemory memory(failing);
+            GpbXmlCompiler_EncodeJson(compiler, root(), root(), &length);
+            count = memory.count();
+        }
+        refused += GpbXmlCompiler_EncodeJson(compiler, root(), root(), &length) == nullptr ? 1 : 0;
+        GpbXmlCompiler_Destory(compiler);
+    }
+    EXPECT_GT(refused, 0u);
+}
+
+TEST_F(MemoryFaults, ModelAttributes)
+{
+    failEach(
+        [&]
+        {
+            Outcome outcome;
+            GpbXmlCompilerBase *const compiler = GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
+            if (compiler == nullptr)
+            {
+                return outcome;
+            }
+            char *names[16] = {};
+            uint32_t types[16] = {};
+            GpbMdlAttr attributes = {names, types, 0, 0};
+            cJSON *const item = gpbtest::findItem(root(), "box");
+            outcome.isDone = GpbXmlCompiler_GetMdlAttr(m_context, compiler, root(), item, &attributes) == 0;
+            outcome.length = attributes.ucCount;
+            for (uint8_t i = 0; i < attributes.ucCount; ++i)
+            {
+                ZMP_Free_F(names[i], "faults", 1);
+            }
+            GpbXmlCompiler_Destory(compiler);
+            return outcome;
+        });
+}
+
+TEST_F(MemoryFaults, Template)
+{
+    const gpbtest::FaultRecords records;
+    failEach(
+        [&]
+        {
+            Outcome outcome;
+            uint8_t *bytes = nullptr;
+            uint16_t length = 0;
+            outcome.isDone =
+                GPBLIB_UpdateProtoFileClassInfo(m_context, gpbtest::kFaultModule, 0, "/top/list", records.target()) ==
+                    0 &&
+                GPBLIB_DumpProtoFileData(m_context, "/top/list", records.target()->uiClassId, &bytes, &length) == 0;
+            outcome.length = length;
+            ZMP_Free_F(bytes, "faults", 1);
+            gpbtest::forgetTemplates(m_context);
+            return outcome;
+        });
+}
+
+} // namespace
