@@ -15,43 +15,43 @@ extern "C"
 {
 #endif
 
-    typedef struct CmfTreeNode
-    {
-        struct CmfTreeNode *pstParent;
-        struct CmfTreeNode *pstFirstChild;
-        struct CmfTreeNode *pstLastChild;
-        struct CmfTreeNode *pstNextSibling;
-        struct CmfTreeNode *pstPrevSibling;
-    } CmfTreeNode;
+typedef struct CmfTreeNode
+{
+    struct CmfTreeNode *pstParent;
+    struct CmfTreeNode *pstFirstChild;
+    struct CmfTreeNode *pstLastChild;
+    struct CmfTreeNode *pstNextSibling;
+    struct CmfTreeNode *pstPrevSibling;
+} CmfTreeNode;
 
-    /** State of a pre-order walk, kept by the caller. */
-    typedef struct CmfTreeIter
-    {
-        CmfTreeNode *pstStart;
-        CmfTreeNode *pstCurrent;
-    } CmfTreeIter;
+/** State of a pre-order walk, kept by the caller. */
+typedef struct CmfTreeIter
+{
+    CmfTreeNode *pstStart;
+    CmfTreeNode *pstCurrent;
+} CmfTreeIter;
 
-    /** Called with each node before its memory is released. */
-    typedef void (*CmfTreeFreeFunc)(void *pvNode);
+/** Called with each node before its memory is released. */
+typedef void (*CmfTreeFreeFunc)(void *pvNode);
 
-    /** Appends a node (with its subtree) as the last child of a parent. */
-    void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t uiFlags);
+/** Appends a node (with its subtree) as the last child of a parent. */
+void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t uiFlags);
 
-    CmfTreeNode *CMF_TREE_GetFirstChild(const CmfTreeNode *pstNode, uint32_t uiFlags);
-    CmfTreeNode *CMF_TREE_GetNextSibling(const CmfTreeNode *pstNode, uint32_t uiFlags);
-    CmfTreeNode *CMF_TREE_GetParent(const CmfTreeNode *pstNode, uint32_t uiFlags);
+CmfTreeNode *CMF_TREE_GetFirstChild(const CmfTreeNode *pstNode, uint32_t uiFlags);
+CmfTreeNode *CMF_TREE_GetNextSibling(const CmfTreeNode *pstNode, uint32_t uiFlags);
+CmfTreeNode *CMF_TREE_GetParent(const CmfTreeNode *pstNode, uint32_t uiFlags);
 
-    /** Starts a pre-order walk of the subtree of `pstStart`; returns `pstStart`. */
-    CmfTreeNode *CMF_TREE_GetPreOrderIter(CmfTreeNode *pstStart, CmfTreeIter *pstIter, uint32_t uiFlags);
+/** Starts a pre-order walk of the subtree of `pstStart`; returns `pstStart`. */
+CmfTreeNode *CMF_TREE_GetPreOrderIter(CmfTreeNode *pstStart, CmfTreeIter *pstIter, uint32_t uiFlags);
 
-    /** Next node of the walk, or null at its end; never leaves the subtree of the start node. */
-    CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t uiFlags);
+/** Next node of the walk, or null at its end; never leaves the subtree of the start node. */
+CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t uiFlags);
 
-    /** Takes a node with its subtree out of its parent; harmless for a node without parent. */
-    void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t uiFlags);
+/** Takes a node with its subtree out of its parent; harmless for a node without parent. */
+void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t uiFlags);
 
-    /** Releases a node and all its descendants with ZMP_Free_F, each after `pfnFree` was called with it. */
-    void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t uiFlags);
+/** Releases a node and all its descendants with ZMP_Free_F, each after `pfnFree` was called with it. */
+void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t uiFlags);
 
 #ifdef __cplusplus
 }

@@ -14,32 +14,32 @@ extern "C"
 {
 #endif
 
-    typedef struct DllNode
-    {
-        struct DllNode *pstNext;
-        struct DllNode *pstPrev;
-        uintptr_t ulHandle; /**< left to the platform; zero */
-    } DllNode;
+typedef struct DllNode
+{
+    struct DllNode *pstNext;
+    struct DllNode *pstPrev;
+    uintptr_t ulHandle; /**< left to the platform; zero */
+} DllNode;
 
-    typedef struct DllHead
-    {
-        DllNode *pstFirst;
-        DllNode *pstLast;
-        uintptr_t ulHandle; /**< left to the platform; zero */
-        uint32_t uiCount;   /**< nodes in the list, the head not counted */
-    } DllHead;
+typedef struct DllHead
+{
+    DllNode *pstFirst;
+    DllNode *pstLast;
+    uintptr_t ulHandle; /**< left to the platform; zero */
+    uint32_t uiCount;   /**< nodes in the list, the head not counted */
+} DllHead;
 
-    /** Compares a key with a node; 0 when they match. */
-    typedef int (*DllCompareFunc)(const void *pvKey, const void *pvNode);
+/** Compares a key with a node; 0 when they match. */
+typedef int (*DllCompareFunc)(const void *pvKey, const void *pvNode);
 
-    /** First node for which `pfnCompare(pvKey, node)` is 0, or null. */
-    DllNode *DLL_Find(DllHead *pstList, const void *pvKey, DllCompareFunc pfnCompare);
+/** First node for which `pfnCompare(pvKey, node)` is 0, or null. */
+DllNode *DLL_Find(DllHead *pstList, const void *pvKey, DllCompareFunc pfnCompare);
 
-    /** Unlinks a node; its memory stays the caller's. */
-    void DLL_Delete(DllHead *pstList, DllNode *pstNode);
+/** Unlinks a node; its memory stays the caller's. */
+void DLL_Delete(DllHead *pstList, DllNode *pstNode);
 
-    /** Links a node between two neighbours, either of which may be the head. */
-    void DLL_Insert_In_Middle(DllHead *pstList, DllNode *pstPrev, DllNode *pstNext, DllNode *pstNode);
+/** Links a node between two neighbours, either of which may be the head. */
+void DLL_Insert_In_Middle(DllHead *pstList, DllNode *pstPrev, DllNode *pstNext, DllNode *pstNode);
 
 #ifdef __cplusplus
 }

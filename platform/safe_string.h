@@ -33,19 +33,19 @@ extern "C"
 {
 #endif
 
-    int memcpy_s(void *pvDest, size_t uiSize, const void *pvSrc, size_t uiCount);
-    int memset_s(void *pvDest, size_t uiSize, int iValue, size_t uiCount);
+int memcpy_s(void *pvDest, size_t uiSize, const void *pvSrc, size_t uiCount);
+int memset_s(void *pvDest, size_t uiSize, int iValue, size_t uiCount);
 
-    /** Copies a text with its terminator. */
-    int strcpy_s(char *pcDest, size_t uiSize, const char *pcSrc);
+/** Copies a text with its terminator. */
+int strcpy_s(char *pcDest, size_t uiSize, const char *pcSrc);
 
-    /** Copies at most `uiCount` characters of a text and terminates. */
-    int strncpy_s(char *pcDest, size_t uiSize, const char *pcSrc, size_t uiCount);
+/** Copies at most `uiCount` characters of a text and terminates. */
+int strncpy_s(char *pcDest, size_t uiSize, const char *pcSrc, size_t uiCount);
 
-    int sprintf_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
-    int snprintf_s(char *pcDest, size_t uiSize, size_t uiCount, const char *pcFormat, ...) GPB_PRINTF_LIKE(4, 5);
-    int snprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
-    int vsnprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, va_list stArgs) GPB_PRINTF_LIKE(3, 0);
+int sprintf_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
+int snprintf_s(char *pcDest, size_t uiSize, size_t uiCount, const char *pcFormat, ...) GPB_PRINTF_LIKE(4, 5);
+int snprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
+int vsnprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, va_list stArgs) GPB_PRINTF_LIKE(3, 0);
 
 #ifdef __cplusplus
 }

@@ -21,42 +21,42 @@ uint64_t gpbbench::AllocationCount()
 extern "C"
 {
 
-    // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): these are the C library's own names.
-    void *__libc_malloc(size_t size);
-    void *__libc_calloc(size_t count, size_t size);
-    void *__libc_realloc(void *memory, size_t size);
-    void *__libc_memalign(size_t alignment, size_t size);
-    // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): these are the C library's own names.
+void *__libc_malloc(size_t size);
+void *__libc_calloc(size_t count, size_t size);
+void *__libc_realloc(void *memory, size_t size);
+void *__libc_memalign(size_t alignment, size_t size);
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
-    void *malloc(size_t size) noexcept
-    {
-        ++g_allocations;
-        return __libc_malloc(size);
-    }
+void *malloc(size_t size) noexcept
+{
+    ++g_allocations;
+    return __libc_malloc(size);
+}
 
-    void *calloc(size_t count, size_t size) noexcept
-    {
-        ++g_allocations;
-        return __libc_calloc(count, size);
-    }
+void *calloc(size_t count, size_t size) noexcept
+{
+    ++g_allocations;
+    return __libc_calloc(count, size);
+}
 
-    void *realloc(void *memory, size_t size) noexcept
-    {
-        ++g_allocations;
-        return __libc_realloc(memory, size);
-    }
+void *realloc(void *memory, size_t size) noexcept
+{
+    ++g_allocations;
+    return __libc_realloc(memory, size);
+}
 
-    void *aligned_alloc(size_t alignment, size_t size) noexcept
-    {
-        ++g_allocations;
-        return __libc_memalign(alignment, size);
-    }
+void *aligned_alloc(size_t alignment, size_t size) noexcept
+{
+    ++g_allocations;
+    return __libc_memalign(alignment, size);
+}
 
-    int posix_memalign(void **memory, size_t alignment, size_t size) noexcept
-    {
-        ++g_allocations;
-        *memory = __libc_memalign(alignment, size);
-        return *memory == nullptr ? ENOMEM : 0;
-    }
+int posix_memalign(void **memory, size_t alignment, size_t size) noexcept
+{
+    ++g_allocations;
+    *memory = __libc_memalign(alignment, size);
+    return *memory == nullptr ? ENOMEM : 0;
+}
 
 } // extern "C"

@@ -61,100 +61,100 @@ struct GpbCompilerStack
 extern "C"
 {
 
-    /**
-     * Makes the protobuf enum value name of a YANG enum value: TYPE_VALUE in upper case, "X_" for each special
-     * character and before a leading digit. `up-2` of `Status` gives `Status_UPX_2`.
-     *
-     * Writing an ordinary character respects `uiOutSize`; the two-character writes do not, so the buffer must have room
-     * for `uiOutSize + 2 + 2 * strlen(value)` bytes where special characters may occur.
-     *
-     * @return `pcOut`, or null when the prefix cannot be written
-     */
-    GPB_API const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const char *pcEnumTypeName,
-                                                          char *pcOut, unsigned int uiOutSize);
+/**
+ * Makes the protobuf enum value name of a YANG enum value: TYPE_VALUE in upper case, "X_" for each special
+ * character and before a leading digit. `up-2` of `Status` gives `Status_UPX_2`.
+ *
+ * Writing an ordinary character respects `uiOutSize`; the two-character writes do not, so the buffer must have room
+ * for `uiOutSize + 2 + 2 * strlen(value)` bytes where special characters may occur.
+ *
+ * @return `pcOut`, or null when the prefix cannot be written
+ */
+GPB_API const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const char *pcEnumTypeName, char *pcOut,
+                                                      unsigned int uiOutSize);
 
-    /**
-     * The chain of fields that leads from `pstTop` to the message type that contains `pstField`, innermost first.
-     *
-     * @param ppstAncestors  out: room for GPB_MAX_ANCESTOR_NUM entries; entry 0 is `pstField`
-     * @param uiMaxNum       not used
-     * @return number of entries, or 0 when `pstTop` is not reached
-     */
-    GPB_API unsigned int GPB_GetDescriptorAncestors(const google::protobuf::FieldDescriptor *pstField,
-                                                    const google::protobuf::Descriptor *pstTop,
-                                                    const google::protobuf::FieldDescriptor **ppstAncestors,
-                                                    unsigned int uiMaxNum);
+/**
+ * The chain of fields that leads from `pstTop` to the message type that contains `pstField`, innermost first.
+ *
+ * @param ppstAncestors  out: room for GPB_MAX_ANCESTOR_NUM entries; entry 0 is `pstField`
+ * @param uiMaxNum       not used
+ * @return number of entries, or 0 when `pstTop` is not reached
+ */
+GPB_API unsigned int GPB_GetDescriptorAncestors(const google::protobuf::FieldDescriptor *pstField,
+                                                const google::protobuf::Descriptor *pstTop,
+                                                const google::protobuf::FieldDescriptor **ppstAncestors,
+                                                unsigned int uiMaxNum);
 
-    /* ---- JSON nodes: a thin layer over cJSON; the module id is accepted and not used ---- */
+/* ---- JSON nodes: a thin layer over cJSON; the module id is accepted and not used ---- */
 
-    /** Adds a member to an object; the new item, or null without memory or object. */
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddTrue(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddFalse(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddNumber(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
-                                                      double dValue);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddString(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
-                                                      const char *pcText);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddRaw(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
-                                                   const char *pcText);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
-    GPB_API struct cJSON *GpbLib_Json_ObjectAddArray(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+/** Adds a member to an object; the new item, or null without memory or object. */
+GPB_API struct cJSON *GpbLib_Json_ObjectAddTrue(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddFalse(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddNumber(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                  double dValue);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddString(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                                  const char *pcText);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddRaw(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                               const char *pcText);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+GPB_API struct cJSON *GpbLib_Json_ObjectAddArray(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
 
-    /** Makes an item of its own, freed with GpbLib_Json_NodeFree unless it is added to another one; null without
-     * memory. */
-    GPB_API struct cJSON *GpbLib_Json_AllocObject(uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbLib_Json_AllocArray(uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbLib_Json_AllocTrue(uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbLib_Json_AllocFalse(uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbLib_Json_AllocNumber(uint32_t uiModuleId, double dValue);
-    GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *pcText);
+/** Makes an item of its own, freed with GpbLib_Json_NodeFree unless it is added to another one; null without
+ * memory. */
+GPB_API struct cJSON *GpbLib_Json_AllocObject(uint32_t uiModuleId);
+GPB_API struct cJSON *GpbLib_Json_AllocArray(uint32_t uiModuleId);
+GPB_API struct cJSON *GpbLib_Json_AllocTrue(uint32_t uiModuleId);
+GPB_API struct cJSON *GpbLib_Json_AllocFalse(uint32_t uiModuleId);
+GPB_API struct cJSON *GpbLib_Json_AllocNumber(uint32_t uiModuleId, double dValue);
+GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *pcText);
 
-    /**
-     * Adds an item to an object or an array, which owns it from then on.
-     *
-     * @return non-zero when it was added, as cJSON reports it; 0 when it was not, and the item stays the caller's
-     */
-    GPB_API uint32_t GpbLib_Json_AddItemToObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
-                                                 struct cJSON *pstItem);
-    GPB_API uint32_t GpbLib_Json_AddItemToArray(uint32_t uiModuleId, struct cJSON *pstArray, struct cJSON *pstItem);
+/**
+ * Adds an item to an object or an array, which owns it from then on.
+ *
+ * @return non-zero when it was added, as cJSON reports it; 0 when it was not, and the item stays the caller's
+ */
+GPB_API uint32_t GpbLib_Json_AddItemToObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
+                                             struct cJSON *pstItem);
+GPB_API uint32_t GpbLib_Json_AddItemToArray(uint32_t uiModuleId, struct cJSON *pstArray, struct cJSON *pstItem);
 
-    /** Frees an item with all that is in it. Null does nothing. */
-    GPB_API void GpbLib_Json_NodeFree(struct cJSON *pstItem);
+/** Frees an item with all that is in it. Null does nothing. */
+GPB_API void GpbLib_Json_NodeFree(struct cJSON *pstItem);
 
-    /** The name under which an item is a member of its object; null for a null item and for one without a name. */
-    GPB_API const char *GpbLib_Json_GetObjectName(const struct cJSON *pstItem);
+/** The name under which an item is a member of its object; null for a null item and for one without a name. */
+GPB_API const char *GpbLib_Json_GetObjectName(const struct cJSON *pstItem);
 
-    /** Memory from cJSON's allocator, freed with GpbLib_Json_Free. */
-    GPB_API void *GpbLib_Json_Malloc(size_t uiSize);
-    GPB_API void GpbLib_Json_Free(void *pvMem);
+/** Memory from cJSON's allocator, freed with GpbLib_Json_Free. */
+GPB_API void *GpbLib_Json_Malloc(size_t uiSize);
+GPB_API void GpbLib_Json_Free(void *pvMem);
 
-    /** Prints an item without white space; freed by the caller with ZMP_Free_F. Null for null or without memory. */
-    GPB_API char *GpbLib_Json_EncodeUnformatted(uint32_t uiModuleId, struct cJSON *pstItem);
+/** Prints an item without white space; freed by the caller with ZMP_Free_F. Null for null or without memory. */
+GPB_API char *GpbLib_Json_EncodeUnformatted(uint32_t uiModuleId, struct cJSON *pstItem);
 
-    /* ---- XML to JSON: how the text of a leaf becomes an item ---- */
+/* ---- XML to JSON: how the text of a leaf becomes an item ---- */
 
-    /**
-     * Adders make the JSON item of a leaf's text; the item is the caller's. Null without memory and for a null text.
-     *
-     * AddNumber passes through a double. AddBool gives true for "true" in any case, else false. AddString and AddEnum
-     * keep the text. AddMessage makes nothing for any message field of today's protobuf.
-     */
-    typedef struct cJSON *(*GpbJsonAddFunc)(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
-                                            uint32_t uiModuleId);
+/**
+ * Adders make the JSON item of a leaf's text; the item is the caller's. Null without memory and for a null text.
+ *
+ * AddNumber passes through a double. AddBool gives true for "true" in any case, else false. AddString and AddEnum
+ * keep the text. AddMessage makes nothing for any message field of today's protobuf.
+ */
+typedef struct cJSON *(*GpbJsonAddFunc)(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
+                                        uint32_t uiModuleId);
 
-    GPB_API struct cJSON *GpbXmlCompilerJson_AddNumber(const google::protobuf::FieldDescriptor *pstField,
-                                                       const char *pcText, uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbXmlCompilerJson_AddString(const google::protobuf::FieldDescriptor *pstField,
-                                                       const char *pcText, uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbXmlCompilerJson_AddEnum(const google::protobuf::FieldDescriptor *pstField,
-                                                     const char *pcText, uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbXmlCompilerJson_AddBool(const google::protobuf::FieldDescriptor *pstField,
-                                                     const char *pcText, uint32_t uiModuleId);
-    GPB_API struct cJSON *GpbXmlCompilerJson_AddMessage(const google::protobuf::FieldDescriptor *pstField,
-                                                        const char *pcText, uint32_t uiModuleId);
+GPB_API struct cJSON *GpbXmlCompilerJson_AddNumber(const google::protobuf::FieldDescriptor *pstField,
+                                                   const char *pcText, uint32_t uiModuleId);
+GPB_API struct cJSON *GpbXmlCompilerJson_AddString(const google::protobuf::FieldDescriptor *pstField,
+                                                   const char *pcText, uint32_t uiModuleId);
+GPB_API struct cJSON *GpbXmlCompilerJson_AddEnum(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
+                                                 uint32_t uiModuleId);
+GPB_API struct cJSON *GpbXmlCompilerJson_AddBool(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
+                                                 uint32_t uiModuleId);
+GPB_API struct cJSON *GpbXmlCompilerJson_AddMessage(const google::protobuf::FieldDescriptor *pstField,
+                                                    const char *pcText, uint32_t uiModuleId);
 
-    /** The member name of an element: its own name, not that of the field. Empty for an element without a name. */
-    GPB_API const char *GpbXmlCompilerJson_GetFieldName(const google::protobuf::FieldDescriptor *pstField,
-                                                        struct _xmlNode *pstNode);
+/** The member name of an element: its own name, not that of the field. Empty for an element without a name. */
+GPB_API const char *GpbXmlCompilerJson_GetFieldName(const google::protobuf::FieldDescriptor *pstField,
+                                                    struct _xmlNode *pstNode);
 
 } // extern "C"
 

@@ -7,9 +7,9 @@ extern "C"
 {
 #endif
 
-    /** Calls every function of the platform's headers and of gpb_host.h; returns the line of the first wrong result, or
-     * 0. */
-    int callPlatformFromC(void);
+/** Calls every function of the platform's headers and of gpb_host.h; returns the line of the first wrong result, or
+ * 0. */
+int callPlatformFromC(void);
 
 #ifdef __cplusplus
 }

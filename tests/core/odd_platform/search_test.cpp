@@ -20,7 +20,7 @@ protected:
     void SetUp() override
     {
         oddPlatform() = {};
-        oddPlatform().workPath = "/work/";
+        oddPlatform().workPath = "/device/";
         LibraryFixture::SetUp();
     }
 
@@ -45,7 +45,7 @@ TEST_F(OddPlatformSearch, AsksInstallPathsThenPatchDirectoryThenFixedDirectory)
     addApp("/a");
     GPBLIB_SetPatchDir(context(), "patch/");
     EXPECT_EQ(1u, GPBLIB_ProtobufLoad(context(), "m", 0));
-    EXPECT_EQ(joinLines({"/b/m.proto", "/am.proto", "/work/patch/m.proto", "/work/reslink/protobuf/m.proto"}),
+    EXPECT_EQ(joinLines({"/b/m.proto", "/am.proto", "/device/patch/m.proto", "/device/reslink/protobuf/m.proto"}),
               joinLines(oddPlatform().askedFiles));
     EXPECT_LOG(log(), "1: File (m.proto) not exists!");
 }
@@ -68,7 +68,7 @@ TEST_F(OddPlatformSearch, FileTestCountsOnlyWhenItIsExactlyOne)
     for (const uint32_t odd : {0u, 2u, 0x80000001u, 0xFFFFFFFFu})
     {
         oddPlatform().files = {
-            {"/a/m.proto", odd}, {"/work/patch/m.proto", odd}, {"/work/reslink/protobuf/m.proto", odd}};
+            {"/a/m.proto", odd}, {"/device/patch/m.proto", odd}, {"/device/reslink/protobuf/m.proto", odd}};
         char app[kBufferSize] = {};
         EXPECT_EQ(1u, GPBLIB_GetProtoAppPath(context(), "m", app)) << odd;
         std::string out;
@@ -118,7 +118,7 @@ TEST_F(OddPlatformSearch, WorkPathOf255CharactersIsNot)
 
 TEST_F(OddPlatformSearch, AnyResultButZeroOfTheWorkPathIsAFailure)
 {
-    oddPlatform().files["/work/reslink/protobuf/m.proto"] = 1;
+    oddPlatform().files["/device/reslink/protobuf/m.proto"] = 1;
     std::string out;
     for (const uint32_t odd : {1u, 2u, 0xFFFFFFFFu})
     {
@@ -128,7 +128,7 @@ TEST_F(OddPlatformSearch, AnyResultButZeroOfTheWorkPathIsAFailure)
     }
     oddPlatform().workPathResult = 0;
     EXPECT_EQ(0u, find(out));
-    EXPECT_EQ("/work/reslink/protobuf", out);
+    EXPECT_EQ("/device/reslink/protobuf", out);
 }
 
 TEST_F(OddPlatformSearch, MappingTakesAWorkPathOf256CharactersAsItIs)
@@ -160,13 +160,13 @@ TEST_F(OddPlatformSearch, WithoutPatchDirectoryTheEmptyNameIsAskedForFirst)
 {
     std::string out;
     EXPECT_EQ(1u, find(out));
-    EXPECT_EQ(joinLines({"", "/work/reslink/protobuf/m.proto"}), joinLines(oddPlatform().askedFiles));
+    EXPECT_EQ(joinLines({"", "/device/reslink/protobuf/m.proto"}), joinLines(oddPlatform().askedFiles));
     EXPECT_LOG(log(), "1: File (m.proto) not exists!");
 
     oddPlatform().askedFiles.clear();
     oddPlatform().files[""] = 1;
     EXPECT_EQ(0u, find(out));
-    EXPECT_EQ("/work/", out) << "the bare work path";
+    EXPECT_EQ("/device/", out) << "the bare work path";
     EXPECT_EQ(joinLines({""}), joinLines(oddPlatform().askedFiles));
     EXPECT_NO_LOG(log());
 }
