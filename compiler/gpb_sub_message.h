@@ -18,9 +18,9 @@ inline google::protobuf::Message *GpbMutableSubMessage(google::protobuf::Message
     {
         return reflection->MutableMessage(parent, field, nullptr);
     }
-    google::protobuf::Message *message = reflection->GetMessage(*parent, field).New();
-    reflection->SetAllocatedMessage(parent, message, field);
-    return message;
+    google::protobuf::Message *made = reflection->GetMessage(*parent, field).New();
+    reflection->SetAllocatedMessage(parent, made, field);
+    return made;
 }
 
 /// A new entry of a list of `parent`, to which `field` belongs.

@@ -219,7 +219,7 @@ const pb::Descriptor *RootMessage(const std::string &container, const pb::FileDe
     std::string name = container;
     name.resize(name.size() + 3, '\0');
     Gpb_util_ConverContainerName(name.data(), 1);
-    return module.pool()->FindMessageTypeByName(module.package() + "." + name.c_str());
+    return module.pool()->FindMessageTypeByName(module.package() + "." + name);
 }
 
 std::vector<Finding> CheckDocument(const xmlNode &root, const pb::Descriptor &type, const CheckRules &rules)

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include "tool_error.h"
 
@@ -20,7 +20,7 @@ constexpr std::size_t kChunk = 65536;
 
 ToolError InputError(const std::string &path, int error)
 {
-    return ToolError(ExitCode::Input, path + ": cannot be read: " + std::strerror(error),
+    return ToolError(ExitCode::Input, path + ": cannot be read: " + std::generic_category().message(error),
                      "give a file that can be read");
 }
 

@@ -52,7 +52,7 @@ std::vector<std::string> SplitPointer(const std::string &pointer)
         }
         else
         {
-            throw ToolError(ExitCode::Usage, "--item: " + pointer + ": \"~\" is written as ~0, \"/\" in a name as ~1");
+            throw ToolError(ExitCode::Usage, "--item: " + pointer + R"(: "~" is written as ~0, "/" in a name as ~1)");
         }
     }
     return parts;

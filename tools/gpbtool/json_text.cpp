@@ -192,7 +192,7 @@ private:
         } while (Skip(','));
         if (!Skip('}'))
         {
-            Fail("\",\" or \"}\" is expected here");
+            Fail(R"("," or "}" is expected here)");
         }
     }
 
@@ -213,7 +213,7 @@ private:
         } while (Skip(','));
         if (!Skip(']'))
         {
-            Fail("\",\" or \"]\" is expected here");
+            Fail(R"("," or "]" is expected here)");
         }
     }
 
@@ -271,7 +271,7 @@ private:
             }
             if (IsControl(Peek()))
             {
-                Fail("a control character in a text; write it as \\n, \\t or \\u00XX");
+                Fail(R"(a control character in a text; write it as \n, \t or \u00XX)");
             }
             if (Peek() == '\\')
             {

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
+#include <system_error>
 
 #include "tool_error.h"
 
@@ -22,7 +22,7 @@ constexpr mode_t kFileMode = 0666;
 
 ToolError OutputError(const std::string &path)
 {
-    return ToolError(ExitCode::Output, path + ": cannot be written: " + std::strerror(errno),
+    return ToolError(ExitCode::Output, path + ": cannot be written: " + std::generic_category().message(errno),
                      "is there such a directory, may you write to it, and is there room left?");
 }
 
