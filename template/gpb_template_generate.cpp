@@ -51,8 +51,11 @@ public:
 
     void Delete()
     {
-        YOS_DeleteStack(stack_);
-        stack_ = nullptr;
+        if (stack_ != nullptr)
+        {
+            YOS_DeleteStack(stack_);
+            stack_ = nullptr;
+        }
     }
 
 private:
