@@ -26,8 +26,8 @@ public:
     }
     ~ReadStacks()
     {
-        ZMP_Free_F(nodes_, GPB_RDMI_TREE_TAG, LINE_FREE_STACKS);
-        ZMP_Free_F(counters_, GPB_RDMI_TREE_TAG, LINE_FREE_STACKS);
+        Free(nodes_);
+        Free(counters_);
     }
     ReadStacks(const ReadStacks &) = delete;
     ReadStacks &operator=(const ReadStacks &) = delete;
@@ -37,6 +37,14 @@ public:
     uint32_t *Counters() const { return counters_; }
 
 private:
+    static void Free(void *stack)
+    {
+        if (stack != nullptr)
+        {
+            ZMP_Free_F(stack, GPB_RDMI_TREE_TAG, LINE_FREE_STACKS);
+        }
+    }
+
     ObjNode **nodes_;
     uint32_t *counters_;
 };
@@ -100,20 +108,27 @@ void FailRead(GpbObjTreeReadState *state, const uint8_t *bytes, uint32_t length,
 // What follows the root's header. Returns the bytes read, of a failed read too.
 uint32_t ReadBelowRoot(ObjTree *tree, const uint8_t *bytes, uint32_t length, const GpbLibContext *context)
 {
-    const ReadStacks stacks(*tree);
-    if (!stacks.Ready())
+    const uint8_t *end = bytes;
+    bool keep = false;
     {
-        GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "RDMI ObjTree failed to alloc memory");
+        // The stacks go before the tree does: they belong to its module.
+        const ReadStacks stacks(*tree);
+        if (stacks.Ready())
+        {
+            GpbObjTreeReadState state = {*tree, stacks.Nodes(), stacks.Counters(), 0};
+            end = GPBLIB_ObjTree_ReadContent_(&state, bytes, length, context);
+            keep = state.uiStackNum < TOO_DEEP;
+            *tree = state.pstTree;
+        }
+        else
+        {
+            GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "RDMI ObjTree failed to alloc memory");
+        }
+    }
+    if (!keep)
+    {
         GPBLIB_ObjTree_Delete(tree);
-        return 0;
     }
-    GpbObjTreeReadState state = {*tree, stacks.Nodes(), stacks.Counters(), 0};
-    const uint8_t *end = GPBLIB_ObjTree_ReadContent_(&state, bytes, length, context);
-    if (state.uiStackNum >= TOO_DEEP)
-    {
-        GPBLIB_ObjTree_Delete(&state.pstTree);
-    }
-    *tree = state.pstTree;
     return static_cast<uint32_t>(end - bytes);
 }
 
@@ -122,7 +137,8 @@ uint32_t ReadBelowRoot(ObjTree *tree, const uint8_t *bytes, uint32_t length, con
 const uint8_t *GPBLIB_ObjTree_ReadContent_(GpbObjTreeReadState *pstState, const uint8_t *pucBytes, uint32_t uiLen,
                                            const GpbLibContext *pstCtx)
 {
-    if (pstState == nullptr || pstState->pstTree == nullptr || pucBytes == nullptr)
+    if (pstState == nullptr || pstState->pstTree == nullptr || pstState->ppstStack == nullptr ||
+        pstState->puiCounter == nullptr || pucBytes == nullptr)
     {
         return pucBytes;
     }
@@ -160,13 +176,13 @@ ObjTree GPBLIB_ObjTree_Read(const uint8_t *pucBytes, uint32_t uiLen, uint32_t *p
         return nullptr;
     }
     const uint32_t header = GPBLIB_ObjNode_Read(tree, tree, pucBytes, uiLen);
+    *consumed = header;
     if (header == 0 || tree->nodeType != GPB_OBJNODE_ROOTDOC)
     {
         GPBLIB_DBG_PrintPath(tree, pstCtx);
         GPBLIB_ObjTree_Delete(&tree);
         return nullptr;
     }
-    *consumed = header;
     if (tree->objLen != 0)
     {
         *consumed += ReadBelowRoot(&tree, pucBytes + header, uiLen - header, pstCtx);

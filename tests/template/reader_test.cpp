@@ -99,9 +99,11 @@ TEST_F(ReaderTest, TheRootMustBeAContainer)
 {
     for (const char *hex : {"0A 01 61", "0A 00", "08 01", "0D 01 02 03 04", "09 01 02 03 04 05 06 07 08"})
     {
-        expectRefused(hex, 0);
+        expectRefused(hex, static_cast<uint32_t>(fromHex(hex).size()));
         EXPECT_LOG(log(), "1: Node: 1.");
     }
+    expectRefused("08 01 FF FF FF", 2);
+    EXPECT_LOG(log(), "1: Node: 1.");
 }
 
 TEST_F(ReaderTest, ARootThatCannotBeReadIsRefused)
@@ -245,6 +247,40 @@ TEST_F(ReaderTest, EverythingIsReleasedWhicheverAllocationFails)
                                               log().clear();
                                           });
     EXPECT_EQ(8u, calls);
+}
+
+TEST_F(ReaderTest, TheStacksAreReleasedBeforeATreeThatIsTooDeep)
+{
+    const Bytes bytes = nestedBytes(300);
+    events().clear();
+    EXPECT_EQ(nullptr, read(bytes, kModuleId, context()).tree);
+    const std::vector<PlatformEvent> released = events().ofKind(GPB_HOST_EVENT_FREE);
+    ASSERT_EQ(2u + 1 + 254, released.size()) << "two stacks, the root and its containers";
+    EXPECT_EQ(GPB_OBJTREE_READ_STACK * sizeof(ObjNode *), released[0].size);
+    EXPECT_EQ(GPB_OBJTREE_READ_STACK * sizeof(uint32_t), released[1].size);
+}
+
+TEST_F(ReaderTest, ContentWithoutStateOrStacksIsNotRead)
+{
+    const Bytes bytes = fromHex("08 01");
+    const TreePtr tree(GPBLIB_ObjTree_Create(0, kModuleId));
+    tree->objLen = 2;
+    std::vector<ObjNode *> nodes(GPB_OBJTREE_READ_STACK);
+    std::vector<uint32_t> counters(GPB_OBJTREE_READ_STACK);
+    const auto readContent = [&](GpbObjTreeReadState *state)
+    { return GPBLIB_ObjTree_ReadContent_(state, bytes.data(), 2, context()) - bytes.data(); };
+    GpbObjTreeReadState noTree = {nullptr, nodes.data(), counters.data(), 0};
+    GpbObjTreeReadState noNodes = {tree.get(), nullptr, counters.data(), 0};
+    GpbObjTreeReadState noCounters = {tree.get(), nodes.data(), nullptr, 0};
+    EXPECT_EQ(0, readContent(nullptr));
+    EXPECT_EQ(0, readContent(&noTree));
+    EXPECT_EQ(0, readContent(&noNodes));
+    EXPECT_EQ(0, readContent(&noCounters));
+    EXPECT_EQ("R0()", describe(tree.get()));
+    GpbObjTreeReadState state = {tree.get(), nodes.data(), counters.data(), 0};
+    EXPECT_EQ(2, readContent(&state));
+    EXPECT_EQ("R0(I1=1)", describe(tree.get()));
+    EXPECT_EQ(1u, state.uiStackNum);
 }
 
 TEST_F(ReaderTest, AFailingServiceNeverMakesItCrash)
