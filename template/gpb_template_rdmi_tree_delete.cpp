@@ -27,22 +27,33 @@ void ForgetFieldAttributes(const ObjNode *owner, const ObjNode *attr)
     }
 }
 
+// Not only the attribute that the owner points at: a node may have got a second one, and its children may still be
+// described below the first.
+bool IsNodeAttribute(const ObjNode *node, const ObjNode *owner)
+{
+    return owner->pNodeAttr == node || node->id == GPB_RDMI_ID_NODE_ATTR;
+}
+
 // Attribute containers are owned by the tree but pointed at by the nodes they describe: a node attribute by its parent,
-// a field attribute, which lies below the node attribute, by the siblings of the latter.
+// a field attribute, which lies below the node attribute, by the siblings of the latter. Other nodes, leaves above all,
+// are not looked for: their siblings may be many.
 void ForgetAttributesIn(const ObjNode *subtree)
 {
     ObjNode *parent = GpbParentOf(subtree);
-    if (parent == nullptr)
+    if (parent == nullptr || subtree->nodeType != GPB_OBJNODE_CONTAIN)
     {
         return;
     }
-    if (parent->pNodeAttr == subtree)
+    if (IsNodeAttribute(subtree, parent))
     {
         ForgetFieldAttributes(parent, subtree);
+    }
+    if (parent->pNodeAttr == subtree)
+    {
         parent->pNodeAttr = nullptr;
     }
     const ObjNode *owner = GpbParentOf(parent);
-    if (owner != nullptr && owner->pNodeAttr == parent)
+    if (owner != nullptr && IsNodeAttribute(parent, owner))
     {
         ForgetFieldAttributes(owner, subtree);
     }

@@ -283,6 +283,20 @@ TEST_F(ObjectTreeDeleteOfAttributes, ClearsAllPointersIntoADeletedNodeAttribute)
     EXPECT_EQ((std::vector<ObjNode *>{first, second}), childrenOf(root));
 }
 
+TEST_F(ObjectTreeDeleteOfAttributes, ClearsAllPointersIntoANodeAttributeThatAnotherHasReplaced)
+{
+    ObjNode *const replacement = make(GPB_OBJNODE_CONTAIN, root);
+    replacement->id = kNodeAttrId;
+    root->pNodeAttr = replacement;
+    GPBLIB_ObjTree_Delete(&firstAttribute);
+    EXPECT_EQ(nullptr, first->pFieldAttr);
+    EXPECT_EQ(secondAttribute, second->pFieldAttr);
+    GPBLIB_ObjTree_Delete(&attributes);
+    EXPECT_EQ(nullptr, second->pFieldAttr);
+    EXPECT_EQ(replacement, root->pNodeAttr);
+    EXPECT_EQ((std::vector<ObjNode *>{first, second, replacement}), childrenOf(root));
+}
+
 TEST_F(ObjectTreeDeleteOfAttributes, KeepsTheDescriptionWhenTheDescribedNodeGoes)
 {
     GPBLIB_ObjTree_Delete(&second);
