@@ -91,7 +91,7 @@ const GpbYangNode *PopNode(const GpbLibContext *context, void *stack, PathWalk *
     {
         void *item = nullptr;
         const uint32_t ret = YOS_Pop(stack, &item);
-        if (ret != 0)
+        if (ret != 0 || item == nullptr)
         {
             GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "failed to pop container, ret = 0x%x", ret);
             return nullptr;
@@ -189,7 +189,7 @@ uint32_t GPBLIB_YangContainerNodeName2Protobuf(const GpbLibContext *pstCtx, cons
 ObjNode *GPBLIB_CreateGpbChildObjNode(const GpbLibContext *pstCtx, ObjTree pstTree, ObjNode *pstParent,
                                       const FieldDescriptor *pstField, const GpbYangNode *pstNode)
 {
-    if (pstParent == nullptr || pstField == nullptr || pstNode == nullptr || pstNode->pcName == nullptr)
+    if (pstField == nullptr || pstNode == nullptr)
     {
         return nullptr;
     }
@@ -198,11 +198,16 @@ ObjNode *GPBLIB_CreateGpbChildObjNode(const GpbLibContext *pstCtx, ObjTree pstTr
     attr.pcName = GPBLIB_GetJsonFieldName(pstCtx, pstNode->pcName);
     attr.uiNameLen = YOS_StrLen(attr.pcName);
     attr.uiNodeFlag = pstNode->ucNodeKind;
-    ObjNode *objNode = GPBLIB_RDMI_CreateNode(pstTree, pstParent, static_cast<uint32_t>(pstField->number()), &attr);
+    ObjNode *objNode = nullptr;
+    // A container without a parent would end up below the root.
+    if (pstParent != nullptr)
+    {
+        objNode = GPBLIB_RDMI_CreateNode(pstTree, pstParent, static_cast<uint32_t>(pstField->number()), &attr);
+    }
     if (objNode == nullptr)
     {
         GPB_LOG(pstCtx, GPB_LOG_ERROR, __LINE__, "failed to Create Container node[ClassId=%x, ClassName=%s].",
-                pstNode->uiClassId, pstNode->pcName);
+                pstNode->uiClassId, GpbShown(pstNode->pcName));
         return nullptr;
     }
     if (GPBLIB_FieldAttributeAdd(pstCtx, pstTree, pstParent, objNode, pstField, pstNode->pcName, 0, 0) == nullptr)

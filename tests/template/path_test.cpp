@@ -224,6 +224,29 @@ TEST_F(PathTest, AContainerThatCannotBeMadeIsReported)
     EXPECT_NE(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), tree.get(), interfaces, m_interfaces));
 }
 
+TEST_F(PathTest, AContainerWithoutParentOrNameIsReported)
+{
+    const TreePtr tree(GPBLIB_RDMI_CreateRoot(kModuleId, "ifm"));
+    const auto *interfaces = message("ifm.Ifm")->FindFieldByName("interfaces");
+    EXPECT_EQ(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), nullptr, interfaces, m_interfaces));
+    EXPECT_LOG(log(), "0: failed to Create Container node[ClassId=20, ClassName=interfaces].");
+    EXPECT_EQ(nullptr, childAt(tree.get(), 1)) << "nothing ends up below the root";
+    m_interfaces->pcName = nullptr;
+    EXPECT_EQ(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), tree.get(), interfaces, m_interfaces));
+    EXPECT_LOG(log(), "0: failed to Create Container node[ClassId=20, ClassName=(null)].");
+}
+
+TEST_F(PathTest, ANullOnTheStackIsAFailedPop)
+{
+    const TreePtr tree(GPBLIB_RDMI_CreateRoot(kModuleId, "ifm"));
+    GpbTemplateInfo info = {1, tree.get()};
+    void *stack = YOS_CreateStackByHandle(nullptr, 1);
+    YOS_Push(stack, nullptr);
+    EXPECT_EQ(1u, GPBLIB_ProcSubTreeNodeUpdateGpbTemplate(context(), &info, m_ifm, stack, message("ifm.Ifm")));
+    EXPECT_LOG(log(), "0: failed to pop container, ret = 0x0");
+    YOS_DeleteStack(stack);
+}
+
 TEST_F(PathTest, NullArgumentsFail)
 {
     char name[GPB_TEMPLATE_NODE_NAME_SIZE];
@@ -241,7 +264,6 @@ TEST_F(PathTest, NullArgumentsFail)
     EXPECT_EQ(nullptr, GPBLIB_FindCntrFieldDesc(context(), m_interfaces, nullptr));
     EXPECT_LOG(log(), "0: protofile node abnormal = interfaces");
     const auto *interfaces = message("ifm.Ifm")->FindFieldByName("interfaces");
-    EXPECT_EQ(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), nullptr, interfaces, m_interfaces));
     EXPECT_EQ(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), tree.get(), nullptr, m_interfaces));
     EXPECT_EQ(nullptr, GPBLIB_CreateGpbChildObjNode(context(), tree.get(), tree.get(), interfaces, nullptr));
 }
