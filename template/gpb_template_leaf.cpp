@@ -162,7 +162,7 @@ uint32_t GPBLIB_InsertLeafNodeInfo(const GpbYangNode *pstNode, const Descriptor 
 uint32_t GPBLIB_CheckYangLeafInProtobuf(const Descriptor *pstMessage, const GpbYangLeaf *pstLeaf,
                                         const FieldDescriptor **ppstField, const GpbLibContext *pstCtx)
 {
-    if (pstLeaf == nullptr || pstLeaf->pcName == nullptr || ppstField == nullptr)
+    if (pstMessage == nullptr || pstLeaf == nullptr || pstLeaf->pcName == nullptr || ppstField == nullptr)
     {
         return 1;
     }
@@ -173,11 +173,7 @@ uint32_t GPBLIB_CheckYangLeafInProtobuf(const Descriptor *pstMessage, const GpbY
     }
     (void)GPBLIB_ChrReplace(name, '-', '_');
     // Exact, unlike the lookup of containers: a leaf's case is significant.
-    const FieldDescriptor *field = nullptr;
-    if (pstMessage != nullptr)
-    {
-        field = GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return pstMessage->FindFieldByName(name); });
-    }
+    const auto *field = GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return pstMessage->FindFieldByName(name); });
     if (field != nullptr)
     {
         *ppstField = field;
