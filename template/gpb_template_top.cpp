@@ -28,18 +28,15 @@ GpbTemplateInfo *NewTemplate(const GpbLibContext *context, const char *topName)
 {
     auto *info = static_cast<GpbTemplateInfo *>(
         GpbMalloc(context->uiModuleId, sizeof(GpbTemplateInfo), GPB_TEMPLATE_TAG, LINE_ALLOC_TEMPLATE));
-    if (info != nullptr)
+    if (info == nullptr)
     {
-        GpbZero(info, sizeof(*info), GPB_TEMPLATE_TAG, LINE_ZERO_TEMPLATE);
-        info->pstObjTree = GPBLIB_RDMI_CreateRoot(context->uiModuleId, topName);
-    }
-    if (info == nullptr || info->pstObjTree == nullptr)
-    {
-        // A template without a tree is not worth having, so both failures are this one.
-        ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_TEMPLATE);
         GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "failed to malloc memory for saving gpb template");
         return nullptr;
     }
+    GpbZero(info, sizeof(*info), GPB_TEMPLATE_TAG, LINE_ZERO_TEMPLATE);
+    // A root that cannot be made is no failure yet: whoever adds the first leaf or container finds no parent for it,
+    // and the class of a top node without leaves has a template without content.
+    info->pstObjTree = GPBLIB_RDMI_CreateRoot(context->uiModuleId, topName);
     return info;
 }
 

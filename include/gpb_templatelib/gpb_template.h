@@ -39,7 +39,7 @@ extern "C"
 /** What GPBLIB_CheckYangLeafInProtobuf returns for a leaf that is not in the message. */
 #define GPB_YANG_LEAF_NOT_IN_MESSAGE 2U
 
-/** One stored template; owned by the context, as is its tree. */
+/** One stored template; owned by the context, as is its tree, which is null when its root could not be made. */
 typedef struct GpbTemplateInfo
 {
     uint32_t uiClassId;
@@ -136,7 +136,8 @@ GPB_API const GpbPbDescriptor *GPBLIB_ProcSubTreeNodeGetDestriptor(const GpbLibC
  *
  * @param pstTarget  gives the class id
  * @param pstTop     gives the name and the leaves
- * @return the template with its tree, both the caller's (GPBLIB_ObjTree_Delete, ZMP_Free_F)
+ * @return the template with its tree, both the caller's (GPBLIB_ObjTree_Delete, ZMP_Free_F); the tree is null when its
+ *         root could not be made and the top node has no leaf vector
  */
 GPB_API GpbTemplateInfo *GPBLIB_ProcSubTreeNodeCreateGpbTemplate(GpbLibContext *pstCtx, const GpbYangNode *pstTarget,
                                                                  const GpbYangNode *pstTop,

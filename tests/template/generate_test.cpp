@@ -282,6 +282,33 @@ TEST_F(GenerateTest, FailuresOfTheStackAndTheVectorHaveTheirLines)
     EXPECT_EQ("none", stored(0x30));
 }
 
+TEST_F(GenerateTest, TheStackIsDeletedOnceHoweverTheWalkEnds)
+{
+    const auto stackReleases = [this](uint32_t ret, const GpbYangNode *target)
+    {
+        events().clear();
+        EXPECT_EQ(ret, GRBLIB_ProcSubTreeNode(context(), target, file("ifm")));
+        size_t count = 0;
+        for (const PlatformEvent &event : events().ofKind(GPB_HOST_EVENT_FREE))
+        {
+            count += event.file == "yos_stack" ? 1 : 0;
+        }
+        return count;
+    };
+    constexpr size_t kOnce = 2; // the stack and its items
+    EXPECT_EQ(kOnce, stackReleases(0, m_interface));
+    EXPECT_EQ(kOnce, stackReleases(1, m_yang.node(nullptr, "no-such-top", 0x40)));
+    EXPECT_EQ(kOnce, stackReleases(1, m_yang.node(m_interfaces, "no-such-node", 0x40)));
+    for (const GpbHostService service : {GPB_HOST_STACK_PUSH, GPB_HOST_STACK_POP, GPB_HOST_VEC_SET})
+    {
+        GpbHost_FailCall(service, 1);
+        EXPECT_EQ(kOnce, stackReleases(1, m_interface)) << service;
+    }
+    GpbHost_FailCall(GPB_HOST_STACK_CREATE, 1);
+    EXPECT_EQ(0u, stackReleases(1, m_interface));
+    log().clear();
+}
+
 TEST_F(GenerateTest, WithoutMemoryForTheTemplateItsLineIsLogged)
 {
     const uint64_t stackAllocations = [this]
@@ -292,13 +319,69 @@ TEST_F(GenerateTest, WithoutMemoryForTheTemplateItsLineIsLogged)
         YOS_DeleteStack(stack);
         return GpbHost_CallCount(GPB_HOST_MALLOC) - before;
     }();
-    for (uint64_t nth = 1; nth <= 7; ++nth) // the record, the root, and the five nodes and texts of its attribute
+    GpbHost_FailCall(GPB_HOST_MALLOC, stackAllocations + 1);
+    EXPECT_EQ(1u, GRBLIB_ProcSubTreeNode(context(), m_interface, file("ifm")));
+    EXPECT_LOG(log(), "1: process subtree node begin", "0: failed to malloc memory for saving gpb template",
+               "1: failed to pop node from stack");
+    for (uint64_t nth = 2; nth <= 7; ++nth) // the root, and the five nodes and texts of its attribute
     {
         GpbHost_FailCall(GPB_HOST_MALLOC, stackAllocations + nth);
         EXPECT_EQ(1u, GRBLIB_ProcSubTreeNode(context(), m_interface, file("ifm")));
-        EXPECT_LOG(log(), "1: process subtree node begin", "0: failed to malloc memory for saving gpb template",
-                   "1: failed to pop node from stack");
+        EXPECT_LOG(log(), "1: process subtree node begin", "1: Default class (interface) id (0x30).",
+                   "0: failed to insert leaf node to root", "1: failed to pop node from stack");
     }
+}
+
+// The template of a top node whose root could not be made for want of memory.
+class RootlessTest : public GenerateTest
+{
+protected:
+    uint32_t makeWithoutRoot(const GpbYangNode *target)
+    {
+        constexpr uint64_t kStackAllocations = 2;
+        GpbHost_FailCall(GPB_HOST_MALLOC, kStackAllocations + 2); // the record is there, the root is not
+        return GRBLIB_ProcSubTreeNode(context(), target, file("ifm"));
+    }
+};
+
+TEST_F(RootlessTest, AClassThatIsRefusedIsReportedFirst)
+{
+    useClassMap();
+    m_host.onClass = [](bool, const GpbCidFid &, GpbCidFid *) { return 3U; };
+    EXPECT_EQ(1u, makeWithoutRoot(m_interface));
+    EXPECT_LOG(log(), "1: process subtree node begin",
+               "0: failed to convert dom cid=0x30 to dim cid, ret=3, nodename=interface",
+               "1: [GPBLIB_GetClassIdFromYangNode] failed", "1: failed to pop node from stack");
+}
+
+TEST_F(RootlessTest, ContainersHaveNothingToBePutUnder)
+{
+    m_ifm->pstLeafVec = nullptr;
+    EXPECT_EQ(1u, makeWithoutRoot(m_interface));
+    EXPECT_LOG(log(), "1: process subtree node begin", "1: Default class (interface) id (0x30).",
+               "0: failed to Create Container node[ClassId=20, ClassName=interfaces].",
+               "0: failed to fill Container fieldAttr", "1: failed to update Gpb template");
+    EXPECT_EQ("none", stored(0x30));
+}
+
+TEST_F(RootlessTest, AClassOfATopNodeWithoutLeavesIsStoredWithoutContent)
+{
+    m_ifm->pstLeafVec = nullptr;
+    EXPECT_EQ(0u, makeWithoutRoot(m_ifm));
+    EXPECT_LOG(log(), "1: process subtree node begin", "1: Default class (ifm) id (0x10).",
+               "1: process subtree node end");
+    const GpbTemplateInfo *info = GPBLIB_GetGpbTemplate(0x10, context());
+    ASSERT_NE(nullptr, info);
+    EXPECT_EQ(nullptr, info->pstObjTree);
+    uint8_t *bytes = nullptr;
+    uint16_t length = 7;
+    EXPECT_EQ(1u, GPBLIB_DumpProtoFileData(context(), "/p", 0x10, &bytes, &length));
+    EXPECT_LOG(log(), "1: gpblib dump template begin (path=/p, class=0x10)", "0: gpblib template len is 0");
+    EXPECT_EQ(nullptr, bytes);
+    EXPECT_EQ(7u, length);
+    EXPECT_EQ(0u, update(m_ifm)) << "known, and not made anew";
+    GPBLIB_UnloadProtoFileAll(context(), 0);
+    EXPECT_EQ(nullptr, GPBLIB_GetGpbTemplate(0x10, context()));
 }
 
 TEST_F(GenerateTest, WhateverFailsNothingIsLeftAndNothingHalfDoneIsStored)
