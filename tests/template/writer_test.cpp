@@ -133,6 +133,19 @@ TEST_F(WriterTest, NodesWithoutEncodeFlagAreWrittenInTemplateModeOnly)
     EXPECT_EQ("0A 04 10 03", toHex(write(tree(), GPB_OBJTREE_MODE_PLAIN))) << "the length counts the passed-over leaf";
 }
 
+TEST_F(WriterTest, ANodeThatCannotBeWrittenIsAFailureOnlyWithEncodeFlagOne)
+{
+    m_tree.reset(GPBLIB_ObjTree_Create(0, kModuleId));
+    ObjNode *leaf = GPBLIB_ObjTree_MallocNode(tree(), nullptr, GPB_OBJNODE_INVALID, 1);
+    GPBLIB_ObjTree_CreateInteger(tree(), nullptr, 2, 3, 2);
+    leaf->gpbFlg = 2;
+    EXPECT_EQ("10 03", toHex(write(tree(), GPB_OBJTREE_MODE_PLAIN, context()))) << "any flag but 0 is written";
+    EXPECT_EQ("1: gpb obj tree write end", log().texts().back());
+    leaf->gpbFlg = 1;
+    EXPECT_EQ("", toHex(write(tree(), GPB_OBJTREE_MODE_PLAIN, context())));
+    EXPECT_EQ("1: Node: 0.1.", log().texts().back());
+}
+
 TEST_F(WriterTest, APlainTreeWithoutEncodedNodesIsNoError)
 {
     m_tree.reset(GPBLIB_ObjTree_Create(0, kModuleId));
