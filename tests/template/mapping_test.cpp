@@ -225,6 +225,18 @@ TEST_F(MappingTest, AnIntegerKeyOfAnAncestorIsMadeOfItsIndex)
     EXPECT_EQ("", log().take());
 }
 
+TEST_F(MappingTest, OnlyZeroAndOneSelectAConversion)
+{
+    const GpbYangLeaf *leaf = m_yang.leaf(m_interface, "if-index", 3, 1);
+    answerClass(0x30, 9, 1);
+    EXPECT_EQ("0x30.3", convert(leaf, 2)) << "no target";
+    EXPECT_EQ("0x700000077", integer(leaf, 2)) << "no ancestor";
+    EXPECT_EQ("", asked());
+    EXPECT_EQ("30.9", idText(leaf, 0));
+    EXPECT_EQ("30.9", idText(leaf, 1));
+    EXPECT_EQ("30.3=30,9", idText(leaf, 2)) << "the one pair is for targets and ancestors";
+}
+
 TEST_F(MappingTest, ARefusedIndexGivesNoNode)
 {
     const GpbYangLeaf *leaf = m_yang.leaf(m_interface, "if-index", 0x203, 1);
