@@ -8,17 +8,6 @@
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// GPB_LOG under the name of an operation, from inside a step or a lambda of it.
-#define GPB_LOG_AS(libHandle, level, function, line, ...)                                                              \
-    do                                                                                                                 \
-    {                                                                                                                  \
-        if (GpbLogOpen((libHandle), (level)))                                                                          \
-        {                                                                                                              \
-            GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(libHandle), (level), (function), (line),              \
-                              __VA_ARGS__);                                                                            \
-        }                                                                                                              \
-    } while (false)
-
 /// The top layer, or the unused first slot of an empty stack, in which nothing is found.
 inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)
 {

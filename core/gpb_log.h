@@ -11,15 +11,18 @@ inline bool GpbLogOpen(const void *pvLibHandle, uint32_t uiLevel)
     return context != nullptr && context->astPrint[uiLevel].pfnPrint != nullptr;
 }
 
-/// Logs through GPBLIB_DebugPrint; the arguments are evaluated only when somebody listens.
-#define GPB_LOG(pvLibHandle, uiLevel, uiLine, ...)                                                                     \
+/// GPB_LOG under the name of an operation, from inside a step or a lambda of it.
+#define GPB_LOG_AS(libHandle, level, function, line, ...)                                                              \
     do                                                                                                                 \
     {                                                                                                                  \
-        if (GpbLogOpen((pvLibHandle), (uiLevel)))                                                                      \
+        if (GpbLogOpen((libHandle), (level)))                                                                          \
         {                                                                                                              \
-            GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(pvLibHandle), (uiLevel), __func__, (uiLine),          \
+            GPBLIB_DebugPrint(static_cast<const GpbLibContext *>(libHandle), (level), (function), (line),              \
                               __VA_ARGS__);                                                                            \
         }                                                                                                              \
     } while (false)
+
+/// Logs through GPBLIB_DebugPrint; the arguments are evaluated only when somebody listens.
+#define GPB_LOG(libHandle, level, line, ...) GPB_LOG_AS((libHandle), (level), __func__, (line), __VA_ARGS__)
 
 #endif

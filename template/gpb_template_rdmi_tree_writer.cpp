@@ -18,6 +18,9 @@ constexpr uint32_t LINE_WRITE_NO_ROOM = 836;
 constexpr uint32_t LINE_WRITE_NODE_FAILED = 850;
 constexpr uint32_t LINE_WRITE_END = 860;
 
+// The function that all lines of writing are logged under.
+constexpr const char *WRITE_OPERATION = "GPBLIB_ObjTree_Write";
+
 using NodeWriter = uint32_t (*)(const ObjNode *node, uint8_t *dest, uint32_t room);
 
 constexpr uint32_t NODE_TYPES = GPB_OBJNODE_ROOTDOC + 1;
@@ -68,17 +71,17 @@ public:
     {
         if (node->gpbSize > room_ - written_)
         {
-            GPB_LOG(context_, GPB_LOG_PROGRESS, LINE_WRITE_NO_ROOM, "RDMI ObjTree failed to write to Buf[%d]",
-                    static_cast<int>(room_));
+            GPB_LOG_AS(context_, GPB_LOG_PROGRESS, WRITE_OPERATION, LINE_WRITE_NO_ROOM,
+                       "RDMI ObjTree failed to write to Buf[%d]", static_cast<int>(room_));
             GPBLIB_DBG_PrintPath(node, context_);
             return false;
         }
         const uint32_t count = WriteBytes(node);
         if (count == 0 && node->nodeType != GPB_OBJNODE_ROOTDOC && node->gpbFlg == 1)
         {
-            GPB_LOG(context_, GPB_LOG_PROGRESS, LINE_WRITE_NODE_FAILED,
-                    "RDMI ObjTree failed to write to Buf[%d], nodetype=%d, encodeflag=%d", static_cast<int>(room_),
-                    static_cast<int>(node->nodeType), static_cast<int>(node->gpbFlg));
+            GPB_LOG_AS(context_, GPB_LOG_PROGRESS, WRITE_OPERATION, LINE_WRITE_NODE_FAILED,
+                       "RDMI ObjTree failed to write to Buf[%d], nodetype=%d, encodeflag=%d", static_cast<int>(room_),
+                       static_cast<int>(node->nodeType), static_cast<int>(node->gpbFlg));
             GPBLIB_DBG_PrintPath(node, context_);
             return false;
         }
