@@ -47,7 +47,7 @@ unsigned int GpbXmlCompilerJson::Encode(xmlDoc *pstDoc)
     {
         return GPB_COMPILER_NO_ROOT;
     }
-    return GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM, [&] { return EncodeRoot(root); });
+    return EncodeRoot(root);
 }
 
 unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
@@ -59,7 +59,8 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
     {
         return GPB_COMPILER_NO_JSON_ITEM;
     }
-    const unsigned int result = IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
+    const unsigned int result =
+        GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM, [&] { return IterXmlDoc(nullptr, pstRoot, pstJsonRoot); });
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,

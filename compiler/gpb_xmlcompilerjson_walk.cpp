@@ -52,6 +52,9 @@ unsigned int GpbXmlCompilerJson::ProcXmlContainerNode(const Descriptor *pstDescr
 {
     if (uiDepth == GPB_JSON_MAX_DEPTH)
     {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__,
+                "[GpbXmlCompilerJson][ProcXmlContainerNode]Fail to make container [%s]. depth is %u.",
+                GpbXmlNodeName(pstNode), GPB_JSON_MAX_DEPTH);
         return GPB_COMPILER_NO_JSON_ITEM;
     }
     cJSON *object = nullptr;

@@ -29,7 +29,8 @@
 #define GPB_FIELD_TYPE_NUM 19U       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
 #define GPB_PROTO_FILE_NAME_SIZE 64U /**< MODULE.proto as the compiler interface looks it up */
 #define GPB_JSON_NUMBER_SIZE 64U     /**< a JSON number as the translators read it */
-#define GPB_JSON_MAX_DEPTH 1000U     /**< containers in each other that XML to JSON makes; JSON parsers end there */
+#define GPB_JSON_MAX_DEPTH 1000U /**< containers in each other that XML to JSON walks into, a bound for its recursion  \
+                                  */
 #define GPB_COMPILER_MAX_TYPE_CHAIN 1000U /**< message types in each other that a top message may have */
 
 /* ---- object tree ---- */

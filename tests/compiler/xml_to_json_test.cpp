@@ -345,7 +345,7 @@ TEST_F(XmlToJsonTest, DoesNothingWithJson)
     EXPECT_EQ("", log().take());
 }
 
-TEST_F(XmlToJsonTest, NestsAsDeepAsJsonParsersDo)
+TEST_F(XmlToJsonTest, WalksIntoAThousandContainers)
 {
     addModule("nest", kNodeProto);
     const auto nested = [](unsigned int depth)
@@ -362,10 +362,17 @@ TEST_F(XmlToJsonTest, NestsAsDeepAsJsonParsersDo)
     EXPECT_NE(nullptr, tree) << "a document as deep as that can be read back";
     cJSON_Delete(tree);
     EXPECT_NE(std::string::npos, deepest.bytes.find("leaf"));
-    const CompilerResult below = encode("nest", nested(5 * GPB_JSON_MAX_DEPTH), kTexts, XML_PARSE_HUGE);
-    EXPECT_EQ(0u, below.code);
-    EXPECT_EQ(std::string::npos, below.bytes.find("leaf"));
     EXPECT_EQ("", log().take());
+    const CompilerResult last = encode("nest", nested(GPB_JSON_MAX_DEPTH), kTexts, XML_PARSE_HUGE);
+    EXPECT_NE(std::string::npos, last.bytes.find("leaf"));
+    EXPECT_EQ("", log().take());
+    for (const unsigned int depth : {GPB_JSON_MAX_DEPTH + 1, 5 * GPB_JSON_MAX_DEPTH})
+    {
+        const CompilerResult below = encode("nest", nested(depth), kTexts, XML_PARSE_HUGE);
+        EXPECT_EQ(0u, below.code);
+        EXPECT_EQ(std::string::npos, below.bytes.find("leaf"));
+        EXPECT_LOG(log(), "0: [GpbXmlCompilerJson][ProcXmlContainerNode]Fail to make container [node]. depth is 1000.");
+    }
 }
 
 TEST_F(XmlToJsonTest, AddersTakeNull)

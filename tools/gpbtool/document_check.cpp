@@ -219,6 +219,7 @@ const pb::Descriptor *RootMessage(const std::string &container, const pb::FileDe
     std::string name = container;
     name.resize(name.size() + 3, '\0');
     Gpb_util_ConverContainerName(name.data(), 1);
+    name.erase(name.find('\0'));
     return module.pool()->FindMessageTypeByName(module.package() + "." + name);
 }
 
