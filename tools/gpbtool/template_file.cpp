@@ -25,6 +25,14 @@ const std::uint8_t *AsBytes(const std::string &text)
     return reinterpret_cast<const std::uint8_t *>(text.data());
 }
 
+/** Whether the first tag, whose low three bits are its wire type, is that of a container. */
+bool BeginsWithContainer(const std::string &bytes)
+{
+    constexpr unsigned int kWireTypeMask = 7;
+    constexpr unsigned int kContainerWireType = 6;
+    return (static_cast<unsigned char>(bytes.front()) & kWireTypeMask) == kContainerWireType;
+}
+
 /** The bytes of a tree as the library writes them. */
 std::vector<std::uint8_t> Written(ObjNode &tree)
 {
@@ -51,9 +59,10 @@ OwnedTree ReadTemplate(const std::string &bytes, const std::string &source)
         GPBLIB_ObjTree_Read(AsBytes(bytes), static_cast<std::uint32_t>(bytes.size()), &consumed, kModuleId, nullptr));
     if (tree == nullptr)
     {
-        throw NoTemplate(source, consumed == 0 ? "it does not begin with the root of one"
-                                               : "unreadable at byte " + std::to_string(consumed) + " of " +
-                                                     std::to_string(bytes.size()) + ", or nested too deeply there");
+        throw NoTemplate(source, consumed == 0 || !BeginsWithContainer(bytes)
+                                     ? "it does not begin with the root of one"
+                                     : "unreadable at byte " + std::to_string(consumed) + " of " +
+                                           std::to_string(bytes.size()) + ", or nested too deeply there");
     }
     if (consumed < bytes.size())
     {
