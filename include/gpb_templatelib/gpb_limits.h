@@ -23,14 +23,13 @@
 
 /* ---- compilers ---- */
 
-#define GPB_COMPILER_STACK_DEPTH 32U /**< slots of a layer stack */
-#define GPB_COMPILER_MAX_LAYERS 31U  /**< slots that can be in use */
-#define GPB_MAX_ANCESTOR_NUM 32U     /**< entries of an ancestor array */
-#define GPB_FIELD_TYPE_NUM 19U       /**< entries of a translator table: field types 1 to 18, entry 0 unused */
-#define GPB_PROTO_FILE_NAME_SIZE 64U /**< MODULE.proto as the compiler interface looks it up */
-#define GPB_JSON_NUMBER_SIZE 64U     /**< a JSON number as the translators read it */
-#define GPB_JSON_MAX_DEPTH 1000U /**< containers in each other that XML to JSON walks into, a bound for its recursion  \
-                                  */
+#define GPB_COMPILER_STACK_DEPTH 32U      /**< slots of a layer stack */
+#define GPB_COMPILER_MAX_LAYERS 31U       /**< slots that can be in use */
+#define GPB_MAX_ANCESTOR_NUM 32U          /**< entries of an ancestor array */
+#define GPB_FIELD_TYPE_NUM 19U            /**< entries of a translator table: field types 1 to 18, entry 0 unused */
+#define GPB_PROTO_FILE_NAME_SIZE 64U      /**< MODULE.proto as the compiler interface looks it up */
+#define GPB_JSON_NUMBER_SIZE 64U          /**< a JSON number as the translators read it */
+#define GPB_JSON_MAX_DEPTH 1000U          /**< containers in each other that XML to JSON walks into */
 #define GPB_COMPILER_MAX_TYPE_CHAIN 1000U /**< message types in each other that a top message may have */
 
 /* ---- object tree ---- */
