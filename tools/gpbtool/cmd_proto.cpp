@@ -56,14 +56,8 @@ private:
         gpbyang::NumberLock lock = ReadLock(file.module);
         lock.Number(file);
         const std::string text = gpbyang::WriteProtoFile(file, comments_);
-        const ProtoText read(file.module, text);
-        if (read.File() == nullptr)
-        {
-            throw ToolError(ExitCode::Internal,
-                            "protobuf refuses what was made of " + file.module + ":\n  " +
-                                (read.Problems().empty() ? "without a reason" : read.Problems().front()),
-                            "this is a fault of gpbtool; please report it with the module");
-        }
+        // Protobuf is asked before anybody else gets to see the file.
+        const ProtoText accepted(file.module, text);
         // Numbers are kept ahead of their use: those of a file that could not be written do no harm.
         if (!lock_.empty())
         {

@@ -3,6 +3,7 @@
 #include <google/protobuf/io/zero_copy_stream_impl_lite.h>
 
 #include "proto_collector.h"
+#include "tool_error.h"
 
 namespace gpbtool
 {
@@ -48,18 +49,21 @@ struct ProtoText::Reader
 ProtoText::ProtoText(const std::string &module, const std::string &text)
     : reader_(std::make_unique<Reader>(module, text))
 {
+    if (reader_->file == nullptr)
+    {
+        const std::vector<std::string> &problems = reader_->collector.problems;
+        throw ToolError(ExitCode::Internal,
+                        "protobuf refuses what was made of " + module + ":\n  " +
+                            (problems.empty() ? "it gives no reason" : problems.front()),
+                        "this is a fault of gpbtool; please report it with the module");
+    }
 }
 
 ProtoText::~ProtoText() = default;
 
-const google::protobuf::FileDescriptor *ProtoText::File() const
+const google::protobuf::FileDescriptor &ProtoText::File() const
 {
-    return reader_->file;
-}
-
-const std::vector<std::string> &ProtoText::Problems() const
-{
-    return reader_->collector.problems;
+    return *reader_->file;
 }
 
 } // namespace gpbtool

@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace google::protobuf
 {
@@ -17,17 +16,18 @@ namespace gpbtool
 class ProtoText
 {
 public:
-    /** Reads `text` as the file MODULE.proto. */
+    /**
+     * Reads `text`, made of a YANG module, as the file MODULE.proto.
+     *
+     * @throws ToolError (Internal) when protobuf refuses it
+     */
     ProtoText(const std::string &module, const std::string &text);
     ~ProtoText();
     ProtoText(const ProtoText &) = delete;
     ProtoText &operator=(const ProtoText &) = delete;
 
-    /** Null when protobuf refuses the text; valid as long as this object lives. */
-    const google::protobuf::FileDescriptor *File() const;
-
-    /** "file:line:column: message" for each problem. */
-    const std::vector<std::string> &Problems() const;
+    /** Valid as long as this object lives. */
+    const google::protobuf::FileDescriptor &File() const;
 
 private:
     struct Reader;
