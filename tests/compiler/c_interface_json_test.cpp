@@ -299,6 +299,29 @@ TEST_F(CInterfaceJsonTest, TheCreateFunctionsDifferWhereTheFileNameCannotBeForme
     EXPECT_EQ("gpb_xmlcompiler_wrapper.cpp:52\n", takeAssertText());
 }
 
+TEST_F(CInterfaceJsonTest, ATableThatCannotBeZeroedIsAssertedUnderTheNameOfItsSource)
+{
+    const auto sourceOf = [&](const CompilerHandle &compiler)
+    {
+        EXPECT_NE(nullptr, compiler);
+        const std::string text = takeAssertText();
+        return text.substr(0, text.find(':'));
+    };
+    const XmlDocument document("<plant><level>1</level><box><label>a</label></box></plant>");
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    EXPECT_EQ("gpb_jsoncompiler", sourceOf(jsonToGpb()));
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    EXPECT_EQ("gpb_xmlcompilerjson", sourceOf(xmlToJson()));
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    const CompilerHandle compiler = xmlToGpb();
+    EXPECT_EQ("gpb_xmlcompiler.cpp", sourceOf(compiler));
+    // The table is filled all the same.
+    unsigned int length = 0;
+    unsigned int error = 0;
+    const char *bytes = GpbXmlCompiler_Encode(compiler.get(), document.get(), &length, &error);
+    EXPECT_TRUE(judge().holds("plant.Plant", std::string(bytes, length), "level: 1 box { label: 'a' }"));
+}
+
 TEST_F(CInterfaceJsonTest, CreatesNothingWithoutContextOrName)
 {
     EXPECT_EQ(nullptr, GpbXmlCompiler_CreateJsonCompiler(nullptr, "plant", 0));
