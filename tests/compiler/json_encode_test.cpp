@@ -155,6 +155,18 @@ TEST_F(JsonEncodeTest, FailsUnknownKeys)
     encodes(R"("nothing":[])", "");
 }
 
+TEST_F(JsonEncodeTest, StopsAtTheFirstFailure)
+{
+    fails(R"("nothing":1,"nowhere":2,"level":{})",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant]."});
+    fails(R"("boxes":[{"label":"a"},{"nothing":1},{"nowhere":2}],"nowhere":3)",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant.boxes]."});
+    fails(R"("box":{"lid":{"nothing":1},"nowhere":2},"nowhere":3)",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant.box.lid]."});
+    fails(R"("states":["sideways",null,"downwards"],"nowhere":1)",
+          {"0: Gpb Compiler  fill leaf fail to translator layer [plant.Plant]."});
+}
+
 TEST_F(JsonEncodeTest, FailsValuesOfTheWrongShape)
 {
     fails(R"("box":5)", {"0: Gpb Compiler fill leaf fail to find translator for node [box] type 11."});
