@@ -328,6 +328,27 @@ TEST_F(JsonEncodeTest, HasNoWayToFillGroups)
 
 using JsonEncodeOddityTest = JsonEncodeTest;
 
+// The layer that a case leaves behind is taken again, with the message of the entry that it was opened in.
+TEST_F(JsonEncodeOddityTest, TheCaseOfAnEarlierListEntryIsReused)
+{
+    addModule("pick", R"(syntax = "proto3"; package pick;
+        message Top { message Entry { message One { string one = 1; repeated K ks = 2; enum K { K_A = 0; K_B = 1; }
+                                                    message In { int32 x = 1; } In in = 3; }
+                                      message Two { string two = 1; }
+                                      oneof way { One case_one = 1; Two case_two = 2; } string name = 3; }
+                      repeated Entry entry = 1; })");
+    const auto picks = [&](const std::string &entries, const std::string &textForm)
+    { expectEncodes("pick", "{\"top\":{\"entry\":[" + entries + "]}}", "pick.Top", textForm); };
+    picks(R"({"one":"1","name":"a"},{"one":"2","name":"b"})",
+          "entry { case_one { one: '2' } name: 'a' } entry { name: 'b' }");
+    picks(R"({"one":"1"},{"ks":["b"]})", "entry { case_one { one: '1' ks: K_B } } entry {}");
+    picks(R"({"in":{"x":1}},{"in":{"x":2}})", "entry { case_one { in { x: 2 } } } entry {}");
+    // Another case has another type, and takes the slot.
+    picks(R"({"one":"1"},{"two":"2"},{"one":"3"})",
+          "entry { case_one { one: '1' } } entry { case_two { two: '2' } } entry { case_one { one: '3' } }");
+    picks(R"({"one":"1"},{"case-one":{"one":"2"}})", "entry { case_one { one: '1' } } entry { case_one { one: '2' } }");
+}
+
 TEST_F(JsonEncodeOddityTest, AnObjectUnderALeafListIsTakenAsPartOfItsParent)
 {
     encodes(R"("names":{"level":4,"names":{"names":[{"on":true}]}})", "level:4 on:true");
