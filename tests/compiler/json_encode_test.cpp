@@ -291,6 +291,16 @@ TEST_F(JsonEncodeTest, OpensTheCaseOfAContainerLeafOrLeafList)
     encodes(R"("left-leaf":"x","inner":{"depth":3},"sides":["b"])", "left{left_leaf:'x' inner{depth:3} sides:Side_B}");
 }
 
+TEST_F(JsonEncodeTest, OpensTheWholeWayToALeafOfAContainerInACase)
+{
+    encodes(R"("depth":3,"level":1)", "left{inner{depth:3}} level:1");
+    // What was opened stays when nothing is stored.
+    encodes(R"("depth":null,"level":1)", "left{inner{}} level:1", {"0: Gpb compiler empty leaf depth, expect type 5."});
+    encodes(R"("sides":["c"],"level":1)", "left{} level:1",
+            {"0: Gpb Compiler  fill leaf fail to translator layer [plant.Plant.left]."});
+    fails(R"("depth":{})", {"0: Gpb Compiler fill layer message Field [depth] type is not message, it is 5."});
+}
+
 TEST_F(JsonEncodeTest, KeepsTheLastCaseOfAChoice)
 {
     encodes(R"("left-leaf":"x","inner":{"depth":3},"right-leaf":"y")", "right{right_leaf:'y'}");
