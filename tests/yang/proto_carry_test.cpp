@@ -158,10 +158,8 @@ TEST_F(ProtoCarrying, TheComparisonSeesWhatIsLost)
 {
     proto("container t { leaf a.b { type string; } leaf-list s { type string; } leaf x { type string; } }");
     const std::string xml = "<t xmlns=\"urn:m\"><a.b>1</a.b><x>2</x></t>";
-    EXPECT_THAT(fromXml(xml).differences,
-                ElementsAre("a.b is not in the message", "the message has 1 values, the document 2"));
-    EXPECT_THAT(fromJson("<t xmlns=\"urn:m\"><s>1</s></t>").differences,
-                ElementsAre("s is not in the message", "the message has 0 values, the document 1"));
+    EXPECT_THAT(fromXml(xml).differences, ElementsAre("a.b is not in the message"));
+    EXPECT_THAT(fromJson("<t xmlns=\"urn:m\"><s>1</s></t>").differences, ElementsAre("s is not in the message"));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 /** Whether a message holds the data of a document, leaf by leaf, as libyang sees them. */
-#ifndef GPB_TESTS_YANG_DATA_MATCH_H
-#define GPB_TESTS_YANG_DATA_MATCH_H
+#ifndef GPB_TESTS_MODELS_DATA_MATCH_H
+#define GPB_TESTS_MODELS_DATA_MATCH_H
 
 #include <map>
 #include <string>
@@ -19,6 +19,13 @@ class Message;
 namespace gpbtest
 {
 
+/** One node of the document that the message does not hold as it is. */
+struct Difference
+{
+    std::string path; /**< schema path */
+    std::string text;
+};
+
 class DataMatch
 {
 public:
@@ -28,8 +35,11 @@ public:
     /** Compares a top-level node with its message, in both directions. */
     void compare(const lyd_node &top, const google::protobuf::Message &message);
 
+    /** Values in the documents; a leaf of bits has one for each bit. */
     std::size_t leaves() const { return m_leaves; }
-    const std::vector<std::string> &differences() const { return m_differences; }
+    /** Values that the messages do not have in their places. */
+    std::size_t lost() const { return m_lost; }
+    const std::vector<Difference> &differences() const { return m_differences; }
 
 private:
     using Message = google::protobuf::Message;
@@ -45,14 +55,20 @@ private:
     void children(const lyd_node &parent, const gpbyang::ProtoMessage &type, const Message &message);
     Place find(const lyd_node &node, const gpbyang::ProtoMessage &type, const Message &message) const;
     void leaf(const lyd_node &node, const Place &place, int index);
+    void missing(const lyd_node &node);
+    void report(const lyd_node &node, const std::string &text);
 
     const gpbyang::ProtoFile &m_file;
     std::size_t m_leaves = 0;
-    std::vector<std::string> m_differences;
+    std::size_t m_lost = 0;
+    std::vector<Difference> m_differences;
 };
 
 /** Number of values in a message and all messages in it. */
 std::size_t countValues(const google::protobuf::Message &message);
+
+/** Number of values that a document has in a node and below it, as DataMatch counts them. */
+std::size_t countLeaves(const lyd_node &node);
 
 } // namespace gpbtest
 

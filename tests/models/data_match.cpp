@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <sstream>
 
+#include "yang/proto_builder.h"
 #include "yang/proto_names.h"
 #include "yang/proto_types.h"
 
@@ -120,23 +122,58 @@ std::size_t countValues(const pb::Message &message)
     return count;
 }
 
+std::size_t countLeaves(const lyd_node &node)
+{
+    if ((node.flags & LYD_DEFAULT) != 0)
+    {
+        return 0;
+    }
+    if ((node.schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0)
+    {
+        std::istringstream stream(lyd_get_value(&node));
+        const auto bits = std::distance(std::istream_iterator<std::string>(stream), {});
+        return gpbyang::IsBitsEnum(*node.schema) ? static_cast<std::size_t>(bits) : 1;
+    }
+    std::size_t count = 0;
+    for (const lyd_node *child = lyd_child(&node); child != nullptr; child = child->next)
+    {
+        count += countLeaves(*child);
+    }
+    return count;
+}
+
 void DataMatch::compare(const lyd_node &top, const Message &message)
 {
     const auto found = std::find_if(m_file.messages.begin(), m_file.messages.end(),
                                     [&](const auto &type) { return type->node == top.schema; });
     if (found == m_file.messages.end())
     {
-        m_differences.push_back(std::string(top.schema->name) + " has no message");
+        report(top, "has no message");
         return;
     }
     const std::size_t before = m_leaves;
+    const std::size_t had = m_differences.size();
     children(top, **found, message);
     const std::size_t values = countValues(message);
-    if (values != m_leaves - before)
+    // A value that went astray is told by the place where it is missing; this finds what nobody misses.
+    if (values != m_leaves - before && m_differences.size() == had)
     {
-        m_differences.push_back("the message has " + std::to_string(values) + " values, the document " +
-                                std::to_string(m_leaves - before));
+        report(top, "has " + std::to_string(values) + " values in the message and " +
+                        std::to_string(m_leaves - before) + " in the document");
     }
+}
+
+void DataMatch::report(const lyd_node &node, const std::string &text)
+{
+    m_differences.push_back({gpbyang::SchemaPath(*node.schema), std::string(node.schema->name) + " " + text});
+}
+
+void DataMatch::missing(const lyd_node &node)
+{
+    const std::size_t leaves = countLeaves(node);
+    m_leaves += leaves;
+    m_lost += leaves;
+    report(node, "is not in the message");
 }
 
 void DataMatch::children(const lyd_node &parent, const gpbyang::ProtoMessage &type, const Message &message)
@@ -152,7 +189,7 @@ void DataMatch::children(const lyd_node &parent, const gpbyang::ProtoMessage &ty
         const Place place = find(*node, type, message);
         if (place.field == nullptr)
         {
-            m_differences.push_back(std::string(node->schema->name) + " has no field");
+            missing(*node);
             continue;
         }
         const pb::FieldDescriptor &field = *place.message->GetDescriptor()->FindFieldByName(place.field->name);
@@ -164,8 +201,7 @@ void DataMatch::children(const lyd_node &parent, const gpbyang::ProtoMessage &ty
         const bool isLeaf = place.field->message == nullptr;
         if (!isThere)
         {
-            m_leaves += isLeaf ? 1 : 0;
-            m_differences.push_back(std::string(node->schema->name) + " is not in the message");
+            missing(*node);
         }
         else if (isLeaf)
         {
@@ -211,7 +247,8 @@ void DataMatch::leaf(const lyd_node &node, const Place &place, int index)
     const int size = field.is_repeated() ? place.message->GetReflection()->FieldSize(*place.message, &field) : 1;
     if (isBits && static_cast<std::size_t>(size) != expected.size())
     {
-        m_differences.push_back(std::string(node.schema->name) + " has " + std::to_string(size) + " bits");
+        m_lost += expected.size();
+        report(node, "has " + std::to_string(size) + " bits");
         return;
     }
     for (std::size_t i = 0; i < expected.size(); ++i)
@@ -221,8 +258,8 @@ void DataMatch::leaf(const lyd_node &node, const Place &place, int index)
             hasPrefixes(*node.schema) ? withoutPrefixes(value) == withoutPrefixes(expected[i]) : value == expected[i];
         if (!same)
         {
-            m_differences.push_back(std::string(node.schema->name) + " is \"" + value + "\", not \"" + expected[i] +
-                                    "\"");
+            ++m_lost;
+            report(node, "is \"" + value + "\", not \"" + expected[i] + "\"");
         }
     }
 }
