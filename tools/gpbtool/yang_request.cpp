@@ -31,7 +31,8 @@ void YangRequest::Declare(CLI::App &app)
 gpbyang::Schema YangRequest::Load() const
 {
     const std::filesystem::path path = module;
-    const bool isFile = path.extension() == ".yang" || path.extension() == ".yin" || path.has_parent_path();
+    // Names may have a "." too.
+    const bool isFile = path.extension() == ".yang" || path.extension() == ".yin";
     std::vector<std::string> directories;
     if (isFile)
     {
