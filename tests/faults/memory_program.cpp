@@ -23,16 +23,10 @@ namespace
 {
 
 using gpbtest::FailingMemory;
+using gpbtest::FaultResult;
 
 /** libxml2 tells standard error of each failed allocation. */
 void ignoreXmlError(void *, const char *, ...) {}
-
-/** What a life gave back, without memory of its own: the fault must not meet the test. */
-struct Outcome
-{
-    bool isDone = false;
-    unsigned int length = 0;
-};
 
 class MemoryFaults : public ::testing::Test
 {
@@ -65,9 +59,9 @@ protected:
      * Fails each allocation in turn. Nothing may be held and nothing thrown, and afterwards the same context must give
      * the good result again.
      */
-    void failEach(const std::function<Outcome()> &life)
+    void failEach(const std::function<FaultResult()> &life)
     {
-        const Outcome good = life();
+        const FaultResult good = life();
         EXPECT_TRUE(good.isDone);
         const size_t held = GpbHost_LiveCount();
         uint64_t count = 0;
@@ -77,7 +71,7 @@ protected:
         {
             ++failing;
             SCOPED_TRACE("allocation " + std::to_string(failing));
-            Outcome outcome;
+            FaultResult outcome;
             {
                 const FailingMemory memory(failing);
                 outcome = life();
@@ -85,8 +79,7 @@ protected:
             }
             refused += outcome.isDone ? 0 : 1;
             EXPECT_EQ(held, GpbHost_LiveCount()) << "memory is held";
-            const Outcome after = life();
-            EXPECT_TRUE(after.isDone && after.length == good.length) << "the context is not what it was";
+            EXPECT_TRUE(life() == good) << "the context is not what it was";
         } while (count >= failing);
         EXPECT_GT(refused, 0u);
         RecordProperty("allocations", static_cast<int>(failing - 1));
@@ -105,32 +98,12 @@ protected:
     size_t m_held = 0;
 };
 
-/** A compiler's life; a template, since a std::function would allocate itself. */
-template <typename Run>
-Outcome encode(GpbXmlCompilerBase *compiler, const Run &run)
-{
-    Outcome outcome;
-    if (compiler != nullptr)
-    {
-        outcome.isDone = run(&outcome.length) != nullptr;
-        GpbXmlCompiler_Destory(compiler);
-    }
-    return outcome;
-}
-
 TEST_F(MemoryFaults, XmlToGpb)
 {
     const gpbtest::XmlDocument document(gpbtest::kFaultXml);
     failEach(
-        [&]
-        {
-            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule);
-            return encode(compiler,
-                          [compiler, &document](unsigned int *length)
-                          {
-                              unsigned int code = 0;
-                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
-                          });
+        [&] {
+            return gpbtest::encodeXml(GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule), document.get());
         });
 }
 
@@ -138,15 +111,9 @@ TEST_F(MemoryFaults, XmlToJson)
 {
     const gpbtest::XmlDocument document(gpbtest::kFaultXml);
     failEach(
-        [&]
-        {
-            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule, 0);
-            return encode(compiler,
-                          [compiler, &document](unsigned int *length)
-                          {
-                              unsigned int code = 0;
-                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
-                          });
+        [&] {
+            return gpbtest::encodeXml(GpbXmlCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule, 0),
+                                      document.get());
         });
 }
 
@@ -156,12 +123,9 @@ TEST_F(MemoryFaults, JsonToGpb)
     {
         ASSERT_NE(nullptr, item);
         failEach(
-            [&]
-            {
-                GpbXmlCompilerBase *const compiler =
-                    GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
-                return encode(compiler, [this, compiler, item](unsigned int *length)
-                              { return GpbXmlCompiler_EncodeJson(compiler, root(), item, length); });
+            [&] {
+                return gpbtest::encodeJson(GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule), root(),
+                                           item);
             });
     }
 }
@@ -198,48 +162,19 @@ TEST_F(MemoryFaults, JsonToGpbTwiceWithOneCompiler)
 
 TEST_F(MemoryFaults, ModelAttributes)
 {
+    cJSON *const item = gpbtest::findItem(root(), "box");
     failEach(
         [&]
         {
-            Outcome outcome;
-            GpbXmlCompilerBase *const compiler = GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
-            if (compiler == nullptr)
-            {
-                return outcome;
-            }
-            char *names[16] = {};
-            uint32_t types[16] = {};
-            GpbMdlAttr attributes = {names, types, 0, 0};
-            cJSON *const item = gpbtest::findItem(root(), "box");
-            outcome.isDone = GpbXmlCompiler_GetMdlAttr(m_context, compiler, root(), item, &attributes) == 0;
-            outcome.length = attributes.ucCount;
-            for (uint8_t i = 0; i < attributes.ucCount; ++i)
-            {
-                ZMP_Free_F(names[i], "faults", 1);
-            }
-            GpbXmlCompiler_Destory(compiler);
-            return outcome;
+            return gpbtest::listAttributes(
+                m_context, GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule), root(), item);
         });
 }
 
 TEST_F(MemoryFaults, Template)
 {
     const gpbtest::FaultRecords records;
-    failEach(
-        [&]
-        {
-            Outcome outcome;
-            uint8_t *bytes = nullptr;
-            uint16_t length = 0;
-            outcome.isDone =
-                GPBLIB_UpdateProtoFileClassInfo(m_context, gpbtest::kFaultModule, 0, "/top/list", records.target()) ==
-                    0 &&
-                GPBLIB_DumpProtoFileData(m_context, "/top/list", records.target()->uiClassId, &bytes, &length) == 0;
-            outcome.length = length;
-            ZMP_Free_F(bytes, "faults", 1);
-            gpbtest::forgetTemplates(m_context);
-            return outcome;
-        });
+    failEach([&] { return gpbtest::generateTemplate(m_context, records); });
 }
 
 } // namespace

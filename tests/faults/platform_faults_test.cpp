@@ -200,7 +200,8 @@ TEST_F(PlatformFaults, Helpers)
             char *const text = GpbLib_Json_EncodeUnformatted(kModuleId, item);
             GpbLib_Json_NodeFree(item);
             result.isDone = copy != nullptr && listed == 0 && listedFiles == 0 && text != nullptr;
-            result.bytes = (copy == nullptr ? "" : copy) + std::string(text == nullptr ? "" : text);
+            result.add(copy == nullptr ? "" : copy);
+            result.add(text == nullptr ? "" : text);
             for (void *memory : {static_cast<void *>(copy), static_cast<void *>(items), static_cast<void *>(files),
                                  static_cast<void *>(text)})
             {
@@ -229,7 +230,7 @@ TEST_F(PlatformFaults, TreeBuilders)
                                      static_cast<uint32_t>(bytes.size()), GPB_OBJTREE_MODE_TEMPLATE, context());
             GPBLIB_ObjTree_Delete(&tree);
             result.isDone = isBuilt && written == bytes.size();
-            result.bytes = bytes;
+            result.add(bytes.data(), bytes.size());
             return result;
         });
 }

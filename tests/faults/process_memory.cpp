@@ -84,6 +84,12 @@ void *operator new(size_t size)
     return memory;
 }
 
+// A sanitizer has one of its own, which would not go through here.
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
 void operator delete(void *memory) noexcept
 {
     std::free(memory);
