@@ -50,7 +50,10 @@ CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t uiFlags);
 /** Takes a node with its subtree out of its parent; harmless for a node without parent. */
 void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t uiFlags);
 
-/** Releases a node and all its descendants with ZMP_Free_F, each after `pfnFree` was called with it. */
+/**
+ * Releases a node and all its descendants with ZMP_Free_F, each after `pfnFree` was called with it. The parent's links
+ * are left alone: the caller detaches a node that has a parent first.
+ */
 void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t uiFlags);
 
 #ifdef __cplusplus
