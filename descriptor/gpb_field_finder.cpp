@@ -46,7 +46,7 @@ GpbFoundField GpbFieldFinder::Remembered(std::unordered_map<std::string_view, Gp
     }
     const GpbFoundField found = search();
     size_t &count = found.field == nullptr ? answers.missCount : answers.hitCount;
-    if (count == MAX_REMEMBERED || std::strlen(nodeName) >= GPB_NAME_SIZE)
+    if (!found.isCertain || count == MAX_REMEMBERED || std::strlen(nodeName) >= GPB_NAME_SIZE)
     {
         return found;
     }

@@ -18,7 +18,7 @@
 /// are. One finder belongs to one compiler, so it needs no lock. Documents are made by clients, who could think of
 /// names without end (a field's name alone has as many spellings as its letters have cases): so only the first
 /// MAX_REMEMBERED hits and misses of a place are remembered, and no name that is too long for a field. All others are
-/// searched anew.
+/// searched anew, and so is what a failing service did not let find.
 class GpbFieldFinder
 {
 public:

@@ -53,7 +53,8 @@ const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessag
     {
         return nullptr;
     }
-    return GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return GpbSearchSuffixed(pstMessage, pcName, iLayer); });
+    return GpbNoThrow<const FieldDescriptor *>(nullptr,
+                                               [&] { return GpbSearchSuffixed(pstMessage, pcName, iLayer).field; });
 }
 
 const FieldDescriptor *GPB_GetFieldDescByOneof(const char *pcName, const Descriptor *pstMessage, int32_t iLayer,

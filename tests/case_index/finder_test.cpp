@@ -26,8 +26,8 @@ protected:
     void SetUp() override
     {
         m_judge.addFile("m.proto", R"(syntax = "proto3"; package m; message Top {
-            message A { string in_case = 1; string box = 2; } message Box { string x = 1; }
-            string some_leaf_name = 1; oneof choice { A a = 2; } Box box = 3; })");
+            message A { string in_case = 1; string box = 2; string far2 = 3; } message Box { string x = 1; }
+            string some_leaf_name = 1; oneof choice { A a = 2; } Box box = 3; string more1 = 4; })");
         m_top = m_judge.findType("m.Top");
         ASSERT_NE(m_top, nullptr);
     }
@@ -66,6 +66,24 @@ protected:
 };
 
 } // namespace
+
+TEST_F(FieldFinder, WhatAFailingServiceHidesIsFoundTheNextTime)
+{
+    const auto expectFoundNextTime = [&](Find find, const char *name, GpbHostService service, uint64_t failing)
+    {
+        GpbFieldFinder finder;
+        GpbHost_FailCall(service, failing);
+        EXPECT_EQ((finder.*find)(m_top, name, LAYER).field, nullptr) << name;
+        GpbHost_FailCall(service, 0);
+        EXPECT_NE((finder.*find)(m_top, name, LAYER).field, nullptr) << name;
+    };
+    expectFoundNextTime(&GpbFieldFinder::FindNode, "some-leaf-name", GPB_HOST_STRCPY, 1);
+    expectFoundNextTime(&GpbFieldFinder::FindNode, "more", GPB_HOST_STRCPY, 2);
+    expectFoundNextTime(&GpbFieldFinder::FindNode, "more", GPB_HOST_SPRINTF, 1);
+    expectFoundNextTime(&GpbFieldFinder::FindNode, "far", GPB_HOST_STRCPY, 3);
+    expectFoundNextTime(&GpbFieldFinder::FindNode, "far", GPB_HOST_SPRINTF, 2);
+    expectFoundNextTime(&GpbFieldFinder::FindLeaf, "box", GPB_HOST_STRCPY, 2);
+}
 
 TEST_F(FieldFinder, AnswersAsTheSearchesDoEachTime)
 {
