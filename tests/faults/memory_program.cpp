@@ -5,15 +5,18 @@
  * Modules are loaded before: the parser of proto files allocates in destructors, where no one can catch a failure.
  * Nobody listens to the context and nothing observes the platform: the recorders of the tests allocate themselves.
  */
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
 
+#include <google/protobuf/descriptor.h>
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
 
 #include "faults/fault_life.h"
 #include "faults/process_memory.h"
+#include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_host.h"
 #include "platform/zmp.h"
 #include "support/temp_directory.h"
@@ -27,6 +30,22 @@ using gpbtest::FaultResult;
 
 /** libxml2 tells standard error of each failed allocation. */
 void ignoreXmlError(void *, const char *, ...) {}
+
+uint64_t g_scenarios = 0;
+uint64_t g_runs = 0;
+
+/** Prints how much was failed when the program ends. */
+class Summary : public ::testing::Environment
+{
+public:
+    void TearDown() override
+    {
+        std::printf("failing memory: %llu scenarios, %llu runs with a failing allocation\n",
+                    static_cast<unsigned long long>(g_scenarios), static_cast<unsigned long long>(g_runs));
+    }
+};
+
+const ::testing::Environment *const kSummary = ::testing::AddGlobalTestEnvironment(new Summary);
 
 class MemoryFaults : public ::testing::Test
 {
@@ -83,6 +102,8 @@ protected:
         } while (count >= failing);
         EXPECT_GT(refused, 0u);
         RecordProperty("allocations", static_cast<int>(failing - 1));
+        ++g_scenarios;
+        g_runs += failing - 1;
     }
 
     cJSON *root() const { return m_json->child; }
@@ -158,6 +179,8 @@ TEST_F(MemoryFaults, JsonToGpbTwiceWithOneCompiler)
         GpbXmlCompiler_Destory(compiler);
     }
     EXPECT_GT(refused, 0u);
+    ++g_scenarios;
+    g_runs += count;
 }
 
 TEST_F(MemoryFaults, ModelAttributes)
@@ -175,6 +198,65 @@ TEST_F(MemoryFaults, Template)
 {
     const gpbtest::FaultRecords records;
     failEach([&] { return gpbtest::generateTemplate(m_context, records); });
+}
+
+// Short names need no memory of their own.
+constexpr const char *kLongModule = "a-module-with-a-long-name";
+constexpr const char *kLongProto = R"(
+syntax = "proto3";
+message AContainerWithALongName {
+  enum AnEnumWithALongName { AnEnumWithALongName_FIRST_OF_ALL = 0; }
+  AnEnumWithALongName a_leaf_with_a_long_name = 1;
+  string a_suffixed_leaf_with_a_long_name1 = 2;
+  oneof choice { ACaseWithALongName a_case_with_a_long_name = 3; }
+  message ACaseWithALongName { string a_case_leaf_with_a_long_name = 1; }
+}
+)";
+
+TEST_F(MemoryFaults, DescriptorHelpers)
+{
+    m_work.writeFile(std::string("reslink/protobuf/") + kLongModule + ".proto", kLongProto);
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, kLongModule, 0));
+    failEach(
+        [&]
+        {
+            const char *const path = "a-container-with-a-long-name";
+            const char *const leaf = "a-leaf-with-a-long-name";
+            const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, kLongModule);
+            const auto *const field = Gpb_ModuleAdapt_GetFieldHandle(m_context, file, path, leaf);
+            GpbYangEnumItem *items = nullptr;
+            uint32_t count = 0;
+            FaultResult result;
+            result.code = Gpb_ModuleAdapt_GetEnumList(m_context, file, path, leaf, &items, &count);
+            ZMP_Free_F(items, "faults", 1);
+            const auto *const top = field == nullptr ? nullptr : field->containing_type();
+            const google::protobuf::FieldDescriptor *way = nullptr;
+            result.isDone = result.code == 0 && GPB_FindFieldDescByNodeName(top, leaf, 1, &way) != nullptr &&
+                            GPB_GetLeafFieldDescByNodeName(leaf, top, 1, &way) != nullptr &&
+                            GPB_GetDescFieldByRepeateName(top, "a_suffixed_leaf_with_a_long_name", 1) != nullptr &&
+                            GPB_GetFieldDescByOneof("a_case_leaf_with_a_long_name", top, 1, &way) != nullptr &&
+                            Gpb_ModuleAdapt_GetMessageDescOfField_(top, "a_case_with_a_long_name") != nullptr;
+            return result;
+        });
+}
+
+TEST_F(MemoryFaults, SourceTree)
+{
+    const std::string path = m_work.makeDirectory("a-directory-with-a-long-name");
+    failEach(
+        [&]
+        {
+            const GpbLibInitParam param = {1, 2, {}};
+            GpbLibContext *const own = GPBLIB_Initial(&param);
+            GPBLIB_PkgAddInstallPath(own, path.c_str());
+            GPBLIB_SetPatchDir(own, "a-patch-directory-with-a-long-name/");
+            FaultResult result;
+            result.code = GPBLIB_ProtoTreeInitial_(own);
+            result.isDone = result.code == 0;
+            EXPECT_EQ(result.isDone, GPBLIB_GetImporter(own) != nullptr);
+            GPBLIB_Uninitial(own);
+            return result;
+        });
 }
 
 } // namespace
