@@ -404,12 +404,12 @@ TEST_F(CompilerOutcomes, ModelAttributes)
         [&]
         {
             return gpbtest::listAttributes(context(), GpbJsonCompiler_CreateJsonCompiler(context(), kFaultModule),
-                                           root(), gpbtest::findItem(root(), "box"));
+                                           root(), gpbtest::findItem(root(), "list"));
         },
-        {"MALLOC 1: none, code 1; +0: Fail to encode, error code is 1.", "MEMCPY 1: same; gpb_template:284 asserted",
+        {"MALLOC 1-2: none, code 1; +0: Fail to encode, error code is 1.", "MEMCPY 1: same; gpb_template:284 asserted",
          "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
          "STRCPY 1: none, code 1; +0: Gpb compiler prepare fail 1.; +0: Fail to encode, error code is 1.",
-         "STRCPY 2: same; gpb_util:117 asserted", "STRCPY 3-4: none, code 1; +0: Fail to encode, error code is 1.",
+         "STRCPY 2: same; gpb_util:117 asserted", "STRCPY 3-5: none, code 1; +0: Fail to encode, error code is 1.",
          "STRNCPY 1: none, code 0; gpb_template:272 asserted; 3 lines gone; +1: File (life.proto) not exists!; +0: Gpb "
          "json compiler fail to load proto file life.",
          "SNPRINTF_TRUNCATED 1: none, code 0; gpb_template:275 asserted; 3 lines gone; +1: File () not exists!; +0: "

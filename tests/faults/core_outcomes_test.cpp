@@ -123,36 +123,60 @@ TEST_F(CoreOutcomes, LoadAndUnload)
     const auto life = [&](const char *module)
     {
         const FaultResult result = of(GPBLIB_ProtobufLoad(context(), module, 0));
+        GPBLIB_UnloadProtoFile(context(), module);
         GPBLIB_UnloadProtoFileAll(context(), 0);
         return result;
     };
-    expectOutcomes(
-        [&] { return life("installed"); },
-        {"MALLOC 1: none, code 1; -1: GPBLIB_LoadProtoFile end ; +1: failed to malloc memory for save protofile",
-         "VEC_SET 1: none, code 1; -1: GPBLIB_LoadProtoFile end ; +0: failed to save protofile fd to local",
-         "MEMSET 1: same; gpb_template:448 asserted", "STRNCPY 1: same; gpb_template:1740 asserted",
-         "STRNCPY 2: same; gpb_template:334 asserted", "STRNCPY 3: same; gpb_template:340 asserted",
-         "STRNCPY 4: same; gpb_template:394 asserted",
-         "SNPRINTF_TRUNCATED 1: none, code 1; gpb_template:1737 asserted; 3 lines gone; +1: File (installed.proto) not "
-         "exists!",
-         "VSNPRINTF_TRUNCATED 1-3: same; gpb_template:112 asserted; a line is empty", "WORK_PATH 1: same",
-         "FILE_EXIST 1: none, code 1; 3 lines gone; +1: File (installed.proto) not exists!"});
+    expectOutcomes([&] { return life("installed"); },
+                   {"MALLOC 1: none, code 1; 2 lines gone; +1: failed to malloc memory for save protofile",
+                    "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save protofile fd to local",
+                    "MEMSET 1: same; gpb_template:448 asserted", "STRNCPY 1: same; gpb_template:1740 asserted",
+                    "STRNCPY 2: same; gpb_template:334 asserted", "STRNCPY 3: same; gpb_template:340 asserted",
+                    "STRNCPY 4: same; gpb_template:394 asserted",
+                    "SNPRINTF_TRUNCATED 1: none, code 1; gpb_template:1737 asserted; 4 lines gone; +1: File "
+                    "(installed.proto) not exists!",
+                    "VSNPRINTF_TRUNCATED 1-4: same; gpb_template:112 asserted; a line is empty", "WORK_PATH 1: same",
+                    "FILE_EXIST 1: none, code 1; 4 lines gone; +1: File (installed.proto) not exists!"});
     expectOutcomes(
         [&] { return life("fixed"); },
-        {"MALLOC 1: none, code 1; -1: GPBLIB_LoadProtoFile end ; +1: failed to malloc memory for save protofile",
-         "VEC_SET 1: none, code 1; -1: GPBLIB_LoadProtoFile end ; +0: failed to save protofile fd to local",
+        {"MALLOC 1: none, code 1; 2 lines gone; +1: failed to malloc memory for save protofile",
+         "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save protofile fd to local",
          "MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_template:448 asserted",
          "STRNCPY 1: same; gpb_template:262 asserted",
-         "STRNCPY 2: none, code 1; gpb_template:272 asserted; 3 lines gone; +1: File (fixed.proto) not exists!",
+         "STRNCPY 2: none, code 1; gpb_template:272 asserted; 4 lines gone; +1: File (fixed.proto) not exists!",
          "STRNCPY 3: same; gpb_template:334 asserted",
          "STRNCPY 4: none, code 1; gpb_template:340 asserted; +0: load protofile failed",
          "STRNCPY 5: same; gpb_template:394 asserted", "SNPRINTF_TRUNCATED 1: same; gpb_template:1737 asserted",
          "SNPRINTF_TRUNCATED 2: same; gpb_template:265 asserted",
-         "SNPRINTF_TRUNCATED 3: none, code 1; gpb_template:275 asserted; 3 lines gone; +1: File () not exists!",
-         "VSNPRINTF_TRUNCATED 1-3: same; gpb_template:112 asserted; a line is empty",
-         "WORK_PATH 1: none, code 1; 3 lines gone; +1: Get current work path fail!",
+         "SNPRINTF_TRUNCATED 3: none, code 1; gpb_template:275 asserted; 4 lines gone; +1: File () not exists!",
+         "VSNPRINTF_TRUNCATED 1-4: same; gpb_template:112 asserted; a line is empty",
+         "WORK_PATH 1: none, code 1; 4 lines gone; +1: Get current work path fail!",
          "WORK_PATH 2: none, code 1; +0: load protofile failed", "FILE_EXIST 1-2: same",
-         "FILE_EXIST 3: none, code 1; 3 lines gone; +1: File (fixed.proto) not exists!"});
+         "FILE_EXIST 3: none, code 1; 4 lines gone; +1: File (fixed.proto) not exists!"});
+}
+
+// A file that cannot be imported is remembered as such; without fault that is what has to come of it.
+TEST_F(CoreOutcomes, BadFile)
+{
+    writeProto("bad", "syntax = 'proto3'; nonsense");
+    expectOutcomes(
+        [&]
+        {
+            FaultResult result = of(GPBLIB_ProtobufLoad(context(), "bad", 0));
+            result.isDone = GPBLIB_GetProtoFdByFileName("bad.proto", context()) != nullptr;
+            EXPECT_EQ(1u, result.code);
+            GPBLIB_UnloadProtoFileAll(context(), 0);
+            return result;
+        },
+        {"MALLOC 1: none, code 1; 2 lines gone; +1: failed to malloc memory for save protofile",
+         "VEC_SET 1: none, code 1; -1: GPBLIB_LoadProtoFile end ; +0: failed to save protofile fd to local",
+         "MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_template:448 asserted",
+         "STRNCPY 1: none, code 1; gpb_template:272 asserted; 4 lines gone; +1: File (bad.proto) not exists!",
+         "STRNCPY 2: same; gpb_template:340 asserted", "STRNCPY 3: same; gpb_template:394 asserted",
+         "SNPRINTF_TRUNCATED 1: none, code 1; gpb_template:275 asserted; 4 lines gone; +1: File () not exists!",
+         "VSNPRINTF_TRUNCATED 1-4: same; gpb_template:112 asserted; a line is empty",
+         "WORK_PATH 1: none, code 1; 4 lines gone; +1: Get current work path fail!", "WORK_PATH 2: same",
+         "FILE_EXIST 1: same", "FILE_EXIST 2: none, code 1; 4 lines gone; +1: File (bad.proto) not exists!"});
 }
 
 TEST_F(CoreOutcomes, ListOfFiles)
