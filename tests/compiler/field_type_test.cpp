@@ -176,8 +176,8 @@ protected:
     /** The module of one of the syntaxes, with all fields in the message Top. */
     void load(bool isProto3)
     {
-        std::string text = std::string("syntax = \"") + (isProto3 ? "proto3" : "proto2") +
-                           "\"; package " + (isProto3 ? "three" : "two") + "; message Top { message M { int32 x = 1; } " +
+        std::string text = std::string("syntax = \"") + (isProto3 ? "proto3" : "proto2") + "\"; package " +
+                           (isProto3 ? "three" : "two") + "; message Top { message M { int32 x = 1; } " +
                            "enum E { E_ZERO = 0; E_ONE = 1; E_LEAST = -2147483648; E_MOST = 2147483647; } ";
         const std::string optional = isProto3 ? "" : "optional ";
         text.replace(text.find("int32 x"), 0, optional);
