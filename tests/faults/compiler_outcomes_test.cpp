@@ -45,10 +45,10 @@ TEST_F(CompilerOutcomes, XmlToGpb)
     expectOutcomes(
         [&] { return gpbtest::encodeXml(GpbXmlCompiler_CreateCompiler(context(), kFaultModule), document.get()); },
         {"MEMCPY 1: same; gpb_template:284 asserted",
-         "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+         "MEMSET 1: same; gpb_xmlcompiler.cpp asserted",
          "STRCPY 1: none, code 11; 2 lines gone; +0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return 11.; +0: "
          "[14GpbXmlCompiler]Fail to encode, error code is 11.",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: other bytes; 2 lines gone; +2: [GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [name] from "
          "[life.Top].; +3: [GpbXmlCompiler][Encode]Success encode, message structure is:; +1: "
          "[GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is 142.",
@@ -127,10 +127,10 @@ TEST_F(CompilerOutcomes, XmlToGpbWithIdentities)
         [&] { return gpbtest::encodeXml(GpbXmlCompiler_CreateCompiler(context(), kIdentityModule), document.get()); },
         {"MALLOC 1: other bytes; -1: [GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is 38.; +1: "
          "[GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is 30.",
-         "MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+         "MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_xmlcompiler.cpp asserted",
          "STRCPY 1: none, code 11; 2 lines gone; +0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return 11.; +0: "
          "[14GpbXmlCompiler]Fail to encode, error code is 11.",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: other bytes; 2 lines gone; +0: Can't Find field [subscriptions]; +3: "
          "[GpbXmlCompiler][Encode]Success encode, message structure is:; +1: [GpbXmlCompiler][GetGpbBuffer]Success to "
          "serialize, length is 0.",
@@ -176,10 +176,10 @@ TEST_F(CompilerOutcomes, LoadingXmlToGpb)
          "VEC_SET 1: none, code 0; 3 lines gone; +0: failed to save protofile fd to local; +0: [GpbXmlCompiler]Fail to "
          "load proto file life.",
          "MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_template:448 asserted",
-         "MEMSET 2: same; gpb_xmlcompiler.cpp:20 asserted",
+         "MEMSET 2: same; gpb_xmlcompiler.cpp asserted",
          "STRCPY 1: none, code 11; 2 lines gone; +0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return 11.; +0: "
          "[14GpbXmlCompiler]Fail to encode, error code is 11.",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: other bytes; 2 lines gone; +2: [GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [] from "
          "[life.Top].; +3: [GpbXmlCompiler][Encode]Success encode, message structure is:; +1: "
          "[GpbXmlCompiler][GetGpbBuffer]Success to serialize, length is 0.",
@@ -210,12 +210,12 @@ TEST_F(CompilerOutcomes, XmlToJson)
         { return gpbtest::encodeXml(GpbXmlCompiler_CreateJsonCompiler(context(), kFaultModule, 1), document.get()); },
         {"MALLOC 1: none, code 0", "MEMCPY 1: same; gpb_template:284 asserted",
          "MEMSET 1: same; gpb_xmlcompilerjson:67 asserted", "STRCPY 1,3-4,6-7,9,12,15-16,19,21: other bytes",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 5: other bytes; +2: Fail to find field descriptore for name list.", "STRCPY 8,11,17-18,20: same",
          "STRCPY 10: other bytes; +2: Fail to find field descriptore for name item.",
          "STRCPY 13-14: other bytes; +2: Fail to find field descriptore for name box.",
          "STRCPY 22: other bytes; +2: Fail to find field descriptore for name flag.",
-         "STRCPY 23: other bytes; gpb_util:85 asserted",
+         "STRCPY 23: other bytes; gpb_util asserted",
          "STRNCPY 1: none, code 0; gpb_template:272 asserted; 3 lines gone; +1: File (life.proto) not exists!; +0: "
          "[GpbXmlCompilerJson]Fail to load proto file life.",
          "SPRINTF 1-5: same",
@@ -240,11 +240,11 @@ TEST_F(CompilerOutcomes, XmlToJsonWithIdentities)
         },
         {"MALLOC 1: other bytes", "MALLOC 2: none, code 0", "MEMCPY 1: same; gpb_template:284 asserted",
          "MEMSET 1: same; gpb_xmlcompilerjson:67 asserted", "STRCPY 1,6: other bytes",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: other bytes; +2: Fail to find field descriptore for name subscriptions.",
          "STRCPY 4: other bytes; +2: Fail to find field descriptore for name persistent.",
          "STRCPY 5: other bytes; +2: Fail to find field descriptore for name subscription.",
-         "STRCPY 7: other bytes; gpb_util:85 asserted",
+         "STRCPY 7: other bytes; gpb_util asserted",
          "STRNCPY 1: none, code 0; gpb_template:272 asserted; 3 lines gone; +1: File (identity.proto) not exists!; +0: "
          "[GpbXmlCompilerJson]Fail to load proto file identity.",
          "SPRINTF 1-6: other bytes",
@@ -264,10 +264,10 @@ TEST_F(CompilerOutcomes, JsonToGpb)
 {
     expectOutcomes([&] { return encodeItem(root()); },
                    {"MEMCPY 1: same; gpb_template:284 asserted",
-                    "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+                    "MEMSET 1: same; gpb_jsoncompiler asserted",
                     "STRCPY 1: none, code 0; -1: Gpb compiler Success to serialize, length is 136.; +0: Gpb compiler "
                     "prepare fail 1.; +0: Fail to encode, error code is 1.",
-                    "STRCPY 2: same; gpb_util:117 asserted",
+                    "STRCPY 2: same; gpb_util asserted",
                     "STRCPY 3: none, code 0; -1: Gpb compiler Success to serialize, length is 136.; +2: Gpb Compiler "
                     "leaf node fail to find field [name] from [life.Top].; +0: Gpb compiler encode fail to iterate "
                     "json, return 1.; +0: Fail to encode, error code is 1.",
@@ -324,10 +324,10 @@ TEST_F(CompilerOutcomes, JsonListToGpb)
 {
     expectOutcomes([&] { return encodeItem(gpbtest::findItem(root(), "list")); },
                    {"MEMCPY 1: same; gpb_template:284 asserted",
-                    "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+                    "MEMSET 1: same; gpb_jsoncompiler asserted",
                     "STRCPY 1: none, code 0; -1: Gpb compiler Success to serialize, length is 2.; +0: Gpb compiler "
                     "prepare fail 1.; +0: Fail to encode, error code is 1.",
-                    "STRCPY 2: same; gpb_util:117 asserted",
+                    "STRCPY 2: same; gpb_util asserted",
                     "STRCPY 3,8,11-12: none, code 0; -1: Gpb compiler Success to serialize, length is 2.; +0: Gpb "
                     "compiler encode fail to iterate json, return 1.; +0: Fail to encode, error code is 1.",
                     "STRCPY 4: none, code 0; -1: Gpb compiler Success to serialize, length is 2.; +2: Gpb Compiler "
@@ -374,10 +374,10 @@ TEST_F(CompilerOutcomes, JsonListToGpb)
 TEST_F(CompilerOutcomes, JsonLeafToGpb)
 {
     expectOutcomes([&] { return encodeItem(gpbtest::findItem(root(), "a-leaf")); },
-                   {"MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+                   {"MEMCPY 1: same; gpb_template:284 asserted", "MEMSET 1: same; gpb_jsoncompiler asserted",
                     "STRCPY 1: none, code 0; -1: Gpb compiler Success to serialize, length is 49.; +0: Gpb compiler "
                     "prepare fail 1.; +0: Fail to encode, error code is 1.",
-                    "STRCPY 2: same; gpb_util:117 asserted",
+                    "STRCPY 2: same; gpb_util asserted",
                     "STRCPY 3: none, code 0; -1: Gpb compiler Success to serialize, length is 49.; +0: Fail to push "
                     "ancestors layer [a-leaf]; +0: Gpb compiler prepare fail 1.; +0: Fail to encode, error code is 1.",
                     "STRCPY 4: none, code 0; -1: Gpb compiler Success to serialize, length is 49.; +2: Gpb Compiler "
@@ -407,9 +407,9 @@ TEST_F(CompilerOutcomes, ModelAttributes)
                                            root(), gpbtest::findItem(root(), "list"));
         },
         {"MALLOC 1-2: none, code 1; +0: Fail to encode, error code is 1.", "MEMCPY 1: same; gpb_template:284 asserted",
-         "MEMSET 1: same; gpb_xmlcompiler.cpp:20 asserted",
+         "MEMSET 1: same; gpb_jsoncompiler asserted",
          "STRCPY 1: none, code 1; +0: Gpb compiler prepare fail 1.; +0: Fail to encode, error code is 1.",
-         "STRCPY 2: same; gpb_util:117 asserted", "STRCPY 3-5: none, code 1; +0: Fail to encode, error code is 1.",
+         "STRCPY 2: same; gpb_util asserted", "STRCPY 3-5: none, code 1; +0: Fail to encode, error code is 1.",
          "STRNCPY 1: none, code 0; gpb_template:272 asserted; 3 lines gone; +1: File (life.proto) not exists!; +0: Gpb "
          "json compiler fail to load proto file life.",
          "SNPRINTF_TRUNCATED 1: none, code 0; gpb_template:275 asserted; 3 lines gone; +1: File () not exists!; +0: "

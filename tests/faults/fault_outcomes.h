@@ -26,7 +26,7 @@ protected:
 
     /**
      * Expects these outcomes, one text per service and outcome, in the order of gpb_host.h:
-     * "SERVICE K[,K...]: RESULT[; FILE:LINE asserted...][; -LINE][; N lines gone][; +LINE...]".
+     * "SERVICE K[,K...]: RESULT[; FILE[:LINE] asserted...][; -LINE][; N lines gone][; +LINE...]".
      *
      * K: which call of the service fails, "1-3" for several in a row. RESULT: "same" as without fault, "other bytes",
      * or "none, code N". -LINE, N lines gone and +LINE: what the log lacks and what it has instead; "a line is empty"

@@ -73,7 +73,7 @@ protected:
 TEST_F(HelperOutcomes, Texts)
 {
     expectOutcomes([&] { return taking(Gpb_util_StrDup(kModuleId, "text", nullptr)); },
-                   {"MALLOC 1: none, code 0", "STRCPY 1: other bytes; gpb_util:85 asserted"});
+                   {"MALLOC 1: none, code 0", "STRCPY 1: other bytes; gpb_util asserted"});
     const gpbtest::XmlDocument document(gpbtest::kIdentityXml);
     expectOutcomes(
         [&]
@@ -108,7 +108,7 @@ TEST_F(HelperOutcomes, Names)
             result.add(text);
             return result;
         },
-        {"STRCPY 1: other bytes; gpb_util:117 asserted"});
+        {"STRCPY 1: other bytes; gpb_util asserted"});
     expectOutcomes(
         [&]
         {
@@ -154,7 +154,7 @@ TEST_F(HelperOutcomes, Fields)
     expectOutcomes([&] { return found(GPB_GetLeafFieldDescByNodeName("name", m_top, 1, &way)); },
                    {"STRCPY 1: none, code 0"});
     expectOutcomes([&] { return found(Gpb_ModuleAdapt_GetFieldHandle(context(), m_file, "top", "color")); },
-                   {"SNPRINTF 1: none, code 0; gpb_module_adapt:35 asserted"});
+                   {"SNPRINTF 1: none, code 0; gpb_module_adapt asserted"});
 }
 
 TEST_F(HelperOutcomes, EnumList)
@@ -173,15 +173,14 @@ TEST_F(HelperOutcomes, EnumList)
             ZMP_Free_F(items, "faults", 1);
             return result;
         },
-        {"MALLOC 1: none, code 1", "STRCPY 1-2: none, code 1",
-         "SNPRINTF 1: none, code 3; gpb_module_adapt:35 asserted"});
+        {"MALLOC 1: none, code 1", "STRCPY 1-2: none, code 1", "SNPRINTF 1: none, code 3; gpb_module_adapt asserted"});
 }
 
 TEST_F(HelperOutcomes, JsonText)
 {
     cJSON *const item = GpbLib_Json_AllocString(kModuleId, "x");
     expectOutcomes([&] { return taking(GpbLib_Json_EncodeUnformatted(kModuleId, item)); },
-                   {"MALLOC 1: none, code 0", "STRCPY 1: other bytes; gpb_util:85 asserted"});
+                   {"MALLOC 1: none, code 0", "STRCPY 1: other bytes; gpb_util asserted"});
     GpbLib_Json_NodeFree(item);
 }
 

@@ -122,7 +122,7 @@ TEST_F(TemplateOutcomes, OwnIds)
          "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
          "STRCPY 1: none, code 1; gpb_template:1208 asserted; 21 lines gone; +0: failed to get message from proto "
          "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: none, code 1; 14 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
          "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
          "STRCPY 4: other bytes; 6 lines gone; +0: failed to find gpb node kind_a",
@@ -191,7 +191,7 @@ TEST_F(TemplateOutcomes, ClassMap)
          "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
          "STRCPY 1: none, code 1; gpb_template:1208 asserted; 25 lines gone; +0: failed to get message from proto "
          "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: none, code 1; 17 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
          "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
          "STRCPY 4: other bytes; 8 lines gone; +0: failed to find gpb node kind_a",
@@ -286,7 +286,7 @@ TEST_F(TemplateOutcomes, FieldNameMap)
          "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
          "STRCPY 1: none, code 1; gpb_template:1208 asserted; 21 lines gone; +0: failed to get message from proto "
          "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util:117 asserted",
+         "STRCPY 2: same; gpb_util asserted",
          "STRCPY 3: none, code 1; 14 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
          "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
          "STRCPY 4: other bytes; 6 lines gone; +0: failed to find gpb node kind_a",
