@@ -1,4 +1,8 @@
 /** Descriptor, name and JSON helpers that a host calls itself: what comes of each failing call. */
+#include <cstring>
+
+#include <google/protobuf/descriptor.h>
+
 #include "faults/fault_outcomes.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
