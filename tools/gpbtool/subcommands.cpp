@@ -11,6 +11,8 @@ std::vector<std::unique_ptr<Subcommand>> MakeSubcommands()
     all.push_back(MakeJsonCommand());
     all.push_back(MakeAttrsCommand());
     all.push_back(MakeModulesCommand());
+    all.push_back(MakeProtoCommand());
+    all.push_back(MakeCheckCommand());
     all.push_back(MakeTemplateCommand());
     return all;
 }
