@@ -17,9 +17,8 @@ set(CMAKE_FIND_ROOT_PATH ${sysroot} ${compiler_root})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
 set(ENV{PKG_CONFIG_LIBDIR} ${sysroot}/usr/lib/${GPB_MULTIARCH}/pkgconfig:${sysroot}/usr/share/pkgconfig)
-set(ENV{PKG_CONFIG_SYSROOT_DIR} ${sysroot})
 
 # Programs name the loader and the libraries of their machine where these lie, so that they run without being installed
 # there. The old kind of search path is the one that also holds for what a library needs.
