@@ -17,10 +17,10 @@ using namespace gpbtest;
 
 // A host is built apart from the library: a record that moves breaks it. It breaks the tests' build first.
 #define RECORD(record, size32, size64)                                                                                 \
-    static_assert(sizeof(record) == (kHas64Bits ? size64 : size32), "size of " #record);
+    static_assert(sizeof(record) == (kHas64Bits ? (size64) : (size32)), "size of " #record);
 #define FIELD(record, field, offset32, size32, offset64, size64)                                                       \
-    static_assert(offsetof(record, field) == (kHas64Bits ? offset64 : offset32), "offset of " #record "." #field);     \
-    static_assert(sizeof(record::field) == (kHas64Bits ? size64 : size32), "size of " #record "." #field);
+    static_assert(offsetof(record, field) == (kHas64Bits ? (offset64) : (offset32)), "offset of " #record "." #field); \
+    static_assert(sizeof(record::field) == (kHas64Bits ? (size64) : (size32)), "size of " #record "." #field);
 #include "packaging/record-layouts.txt"
 #undef RECORD
 #undef FIELD
