@@ -172,7 +172,8 @@ GPB_API unsigned int GPB_PushAncesDescriptor(const google::protobuf::FieldDescri
 /**
  * Leaf value translators: convert a text and set it (or add it, for a repeated field) in the layer's message.
  *
- * Numbers are read in base 10 without any check: the document was validated against its YANG module. ToBool stores
+ * Numbers are read in base 10 without any check: the document was validated against its YANG module. What is too large
+ * is clamped to 64 bits, for 32-bit fields to the machine's `long`, and then cut to the field. ToBool stores
  * false for exactly "false". ToEnum takes a list of values separated by single blanks.
  *
  * @return 0; 1 when the layer has no message, or the field is not of that message or not of the translator's kind;

@@ -117,7 +117,8 @@ TEST_F(Usage, TwoDocumentsOfTheSameName)
 TEST_F(Usage, NoMemoryIsAnErrorOfItsOwn)
 {
     gpbtest::ProcessSetup process = setup("modules", {});
-    process.environment = {{"LD_PRELOAD", NO_MEMORY_PLATFORM}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+    process.environment = {{PRELOAD_VARIABLE, PRELOAD_NO_MEMORY_PLATFORM},
+                           {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
     const ProcessResult result = gpbtest::runProcess(process);
     EXPECT_EQ(result.exitCode, 7);
     EXPECT_EQ(result.err, "error: the library cannot be initialised\n  hint: is there enough memory?\n");
