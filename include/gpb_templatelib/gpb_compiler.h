@@ -1,4 +1,5 @@
 /**
+ * @file
  * Document compilers: the layer stack, the leaf value translators and the compiler classes.
  *
  * A compiler walks an instance document depth first and fills a tree of protobuf messages through reflection. The
@@ -29,17 +30,17 @@ class GpbFieldFinder;
 
 /** Result codes of the compilers. */
 #define GPB_COMPILER_OK 0U
-#define GPB_COMPILER_ERR 1U     /**< null document, no reflection, presence container at the top, ancestors */
-#define GPB_COMPILER_NO_ROOT 2U /**< document without root element */
-#define GPB_COMPILER_NO_MESSAGE_TYPE 3U
-#define GPB_COMPILER_NO_PROTOTYPE 4U /**< also: more than GPB_COMPILER_MAX_TYPE_CHAIN message types in each other */
-#define GPB_COMPILER_NO_MESSAGE 5U   /**< message not created */
-#define GPB_COMPILER_NO_FIELD 6U
-#define GPB_COMPILER_NOT_A_MESSAGE 7U /**< a container's field is no message */
-#define GPB_COMPILER_NO_TRANSLATOR 8U
-#define GPB_COMPILER_NO_ENUM_VALUE 9U
-#define GPB_COMPILER_STACK_FULL 10U
-#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U
+#define GPB_COMPILER_ERR 1U             /**< null document, no reflection, presence container at the top, ancestors */
+#define GPB_COMPILER_NO_ROOT 2U         /**< document without root element */
+#define GPB_COMPILER_NO_MESSAGE_TYPE 3U /**< the module has no top message of the root's name */
+#define GPB_COMPILER_NO_PROTOTYPE 4U    /**< also: more than GPB_COMPILER_MAX_TYPE_CHAIN message types in each other */
+#define GPB_COMPILER_NO_MESSAGE 5U      /**< message not created */
+#define GPB_COMPILER_NO_FIELD 6U        /**< a node that the message does not have */
+#define GPB_COMPILER_NOT_A_MESSAGE 7U   /**< a container's field is no message */
+#define GPB_COMPILER_NO_TRANSLATOR 8U   /**< a leaf's field is of a type that no text is converted to */
+#define GPB_COMPILER_NO_ENUM_VALUE 9U   /**< the enumeration does not have the value */
+#define GPB_COMPILER_STACK_FULL 10U     /**< more than GPB_COMPILER_MAX_LAYERS messages in each other */
+#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U      /**< a root name that leaves no room for its terminator */
 #define GPB_COMPILER_NO_JSON_ITEM 11U            /**< XML to JSON: an item cannot be made, or a root name too long */
 #define GPB_COMPILER_JSON_STACK_FULL 0xFFFFFFFFU /**< JSON to GPB: a container beyond the last layer */
 
@@ -54,8 +55,8 @@ struct GpbCompilerStackLayer
 /** The open messages, outermost first. Popping a layer only lowers `uiLayerNum`; the slot keeps its content. */
 struct GpbCompilerStack
 {
-    GpbCompilerStackLayer astLayer[GPB_COMPILER_STACK_DEPTH];
-    uint32_t uiLayerNum = 0;
+    GpbCompilerStackLayer astLayer[GPB_COMPILER_STACK_DEPTH]; /**< slots, the top message's first */
+    uint32_t uiLayerNum = 0;                                  /**< open layers */
 };
 
 extern "C"
@@ -87,6 +88,7 @@ GPB_API unsigned int GPB_GetDescriptorAncestors(const google::protobuf::FieldDes
 
 /* ---- JSON nodes: a thin layer over cJSON; the module id is accepted and not used ---- */
 
+/**@{*/
 /** Adds a member to an object; the new item, or null without memory or object. */
 GPB_API struct cJSON *GpbLib_Json_ObjectAddTrue(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddFalse(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
@@ -98,7 +100,9 @@ GPB_API struct cJSON *GpbLib_Json_ObjectAddRaw(uint32_t uiModuleId, struct cJSON
                                                const char *pcText);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddArray(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+/**@}*/
 
+/**@{*/
 /** Makes an item of its own, freed with GpbLib_Json_NodeFree unless it is added to another one; null without
  * memory. */
 GPB_API struct cJSON *GpbLib_Json_AllocObject(uint32_t uiModuleId);
@@ -107,6 +111,7 @@ GPB_API struct cJSON *GpbLib_Json_AllocTrue(uint32_t uiModuleId);
 GPB_API struct cJSON *GpbLib_Json_AllocFalse(uint32_t uiModuleId);
 GPB_API struct cJSON *GpbLib_Json_AllocNumber(uint32_t uiModuleId, double dValue);
 GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *pcText);
+/**@}*/
 
 /**
  * Adds an item to an object or an array, which owns it from then on.
@@ -115,6 +120,7 @@ GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *p
  */
 GPB_API uint32_t GpbLib_Json_AddItemToObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
                                              struct cJSON *pstItem);
+/** The same for an array. */
 GPB_API uint32_t GpbLib_Json_AddItemToArray(uint32_t uiModuleId, struct cJSON *pstArray, struct cJSON *pstItem);
 
 /** Frees an item with all that is in it. Null does nothing. */
@@ -125,6 +131,7 @@ GPB_API const char *GpbLib_Json_GetObjectName(const struct cJSON *pstItem);
 
 /** Memory from cJSON's allocator, freed with GpbLib_Json_Free. */
 GPB_API void *GpbLib_Json_Malloc(size_t uiSize);
+/** Frees memory of GpbLib_Json_Malloc. Null does nothing. */
 GPB_API void GpbLib_Json_Free(void *pvMem);
 
 /** Prints an item without white space; freed by the caller with ZMP_Free_F. Null for null or without memory. */
@@ -141,6 +148,8 @@ GPB_API char *GpbLib_Json_EncodeUnformatted(uint32_t uiModuleId, struct cJSON *p
 typedef struct cJSON *(*GpbJsonAddFunc)(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
                                         uint32_t uiModuleId);
 
+/**@{*/
+/** An adder; see GpbJsonAddFunc. */
 GPB_API struct cJSON *GpbXmlCompilerJson_AddNumber(const google::protobuf::FieldDescriptor *pstField,
                                                    const char *pcText, uint32_t uiModuleId);
 GPB_API struct cJSON *GpbXmlCompilerJson_AddString(const google::protobuf::FieldDescriptor *pstField,
@@ -151,6 +160,7 @@ GPB_API struct cJSON *GpbXmlCompilerJson_AddBool(const google::protobuf::FieldDe
                                                  uint32_t uiModuleId);
 GPB_API struct cJSON *GpbXmlCompilerJson_AddMessage(const google::protobuf::FieldDescriptor *pstField,
                                                     const char *pcText, uint32_t uiModuleId);
+/**@}*/
 
 /** The member name of an element: its own name, not that of the field. Empty for an element without a name. */
 GPB_API const char *GpbXmlCompilerJson_GetFieldName(const google::protobuf::FieldDescriptor *pstField,
@@ -181,6 +191,8 @@ GPB_API unsigned int GPB_PushAncesDescriptor(const google::protobuf::FieldDescri
 using GpbStrTransFunc = unsigned int (*)(const GpbCompilerStackLayer &stLayer,
                                          const google::protobuf::FieldDescriptor *pstField, const char *pcValue);
 
+/**@{*/
+/** A translator; see GpbStrTransFunc. */
 GPB_API unsigned int GpbCompiler_StrTrans_ToDouble(const GpbCompilerStackLayer &stLayer,
                                                    const google::protobuf::FieldDescriptor *pstField,
                                                    const char *pcValue);
@@ -205,6 +217,7 @@ GPB_API unsigned int GpbCompiler_StrTrans_ToString(const GpbCompilerStackLayer &
 GPB_API unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer,
                                                  const google::protobuf::FieldDescriptor *pstField,
                                                  const char *pcValue);
+/**@}*/
 
 /**
  * What every compiler owns, and the operations that the C interface calls. An operation that a compiler does not
