@@ -103,6 +103,23 @@ TEST_F(CInterfaceJsonTest, ReportsAJsonTreeThatDoesNotEncode)
                "0: Fail to encode, error code is 1.");
 }
 
+TEST_F(CInterfaceJsonTest, HasNoResultWithoutRequiredFields)
+{
+    addModule("must", R"(syntax = "proto2"; package must;
+        message Top { required int32 id = 1; message Sub { optional int32 x = 1; } optional Sub sub = 2; })");
+    const CompilerHandle compiler = jsonToGpb("must");
+    log().clear();
+    const JsonTree without(R"({"top":{"sub":{"x":1}}})");
+    unsigned int length = kUntouched;
+    EXPECT_EQ(nullptr, GpbXmlCompiler_EncodeJson(compiler.get(), without.root(), without.root(), &length));
+    EXPECT_EQ(0u, length);
+    EXPECT_LOG(log(), "0: Gpb compiler top message is not initialized.");
+    const JsonTree with(R"({"top":{"id":0}})");
+    const char *bytes = GpbXmlCompiler_EncodeJson(compiler.get(), with.root(), with.root(), &length);
+    ASSERT_NE(nullptr, bytes);
+    EXPECT_TRUE(judge().holds("must.Top", std::string(bytes, length), "id: 0"));
+}
+
 TEST_F(CInterfaceJsonTest, ReportsAFullStackWithAllBitsSet)
 {
     addModule("nest", kNodeProto);
