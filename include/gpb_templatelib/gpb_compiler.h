@@ -235,10 +235,17 @@ public:
                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     virtual ~GpbXmlCompilerBase();
 
+    /** Encodes an XML document; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int Encode(struct _xmlDoc *pstDoc);
+
+    /** Encodes a JSON document, or the part of it below an item; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int EncodeJson(struct cJSON *pstRoot, struct cJSON *pstItem);
+
+    /** Fills a GpbMdlAttr with the leaves of the message that holds an item; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int GetMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
                                     void *pvMdlAttr);
+
+    /** What the last encode gave, and its length in bytes; the compiler's, until it encodes again or is destroyed. */
     virtual const char *GetResult(unsigned int *puiLen);
 
     GpbXmlCompilerBase(const GpbXmlCompilerBase &) = delete;
@@ -251,11 +258,11 @@ public:
     void *GetLibHandle() const { return pvLibHandle; }
 
 protected:
-    void *pvLibHandle;
-    const google::protobuf::FileDescriptor *pstFileDesc;
-    const google::protobuf::compiler::Importer *pstImporter;
+    void *pvLibHandle;                                       /**< library context */
+    const google::protobuf::FileDescriptor *pstFileDesc;     /**< the module's proto file */
+    const google::protobuf::compiler::Importer *pstImporter; /**< importer whose pool holds the file */
     google::protobuf::Message *pstMessage = nullptr; /**< top message of the last successful encode, or null; owned */
-    google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr;
+    google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr; /**< makes the message types; owned */
     unsigned char ucStopOnError = 0; /**< non-zero: a walk stops at the first container or leaf that fails */
 
     /** Remembers which field a node name stands for, so that a name is searched once per message type. */
@@ -272,6 +279,7 @@ protected:
 class GPB_API GpbXmlCompiler : public GpbXmlCompilerBase
 {
 public:
+    /** As GpbXmlCompilerBase. */
     GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFile,
                    const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbXmlCompiler() override;
@@ -289,6 +297,8 @@ public:
     std::string GetEncodeDebugString() const;
 
 protected:
+    /**@{*/
+    /** A step of an encode; 0 or a GPB_COMPILER_ code. */
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
@@ -305,10 +315,11 @@ protected:
                                       const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
                                char *pcValue, char *pcNodeName);
+    /**@}*/
 
-    std::string strGpbBuffer; /**< serialized top message */
-    unsigned int uiMemHandle; /**< module id of the library context */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
+    std::string strGpbBuffer;                             /**< serialized top message */
+    unsigned int uiMemHandle;                             /**< module id of the library context */
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {}; /**< translators by field type, null for none */
 };
 
 /**
@@ -321,6 +332,7 @@ protected:
 class GPB_API GpbJsonCompiler : public GpbXmlCompilerBase
 {
 public:
+    /** As GpbXmlCompilerBase. */
     GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFile,
                     const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbJsonCompiler() override;
@@ -355,6 +367,8 @@ public:
     std::string GetEncodeDebugString() const;
 
 protected:
+    /**@{*/
+    /** A step of an encode. */
     unsigned int EncodeItem(struct cJSON *pstRoot, struct cJSON *pstItem);
     unsigned int FillMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem, void *pvMdlAttr);
     unsigned int GPB_CompilerStackPrepare(struct cJSON *pstRoot, struct cJSON *pstItem, GpbCompilerStack &stStack);
@@ -370,7 +384,9 @@ protected:
                                       const google::protobuf::FieldDescriptor *pstField);
     void GenerateXPath(GpbCompilerStackLayer &stLayer, const GpbCompilerStackLayer *pstUpper,
                        const google::protobuf::FieldDescriptor *pstField);
+    /**@}*/
 
+    /**@{*/
     /** The walk; `pstParent` holds the items and lends its key to those that have none, the members of an array. */
     unsigned int IterJson(struct cJSON *pstFirst, struct cJSON *pstParent, GpbCompilerStack &stStack);
     unsigned int ProcJsonContainerNode(struct cJSON *pstItem, struct cJSON *pstParent, GpbCompilerStack &stStack);
@@ -381,11 +397,15 @@ protected:
                                        const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
                                struct cJSON *pstItem);
+    /**@}*/
 
+    /**@{*/
+    /** A step of filling model attributes. */
     static unsigned int GPB_FillLeafMdlAttr(const void *pvHandle, const google::protobuf::Descriptor *pstDescriptor,
                                             GpbMdlAttr &stMdlAttr);
     static unsigned int GPB_ConvertDataType(unsigned int uiFieldType, uint32_t &uiDataType);
     static void GPB_ConvertGpbNameToJson(const google::protobuf::FieldDescriptor *pstField, char *pcName);
+    /**@}*/
 
     /** The array whose member an item is; null for an item with a key, and for one that is not in the tree. */
     static struct cJSON *FindArrayOf(struct cJSON *pstRoot, struct cJSON *pstItem);
@@ -396,7 +416,7 @@ protected:
     std::string strGpbBuffer; /**< serialized message of the last encode's item */
     google::protobuf::Message *pstLayerMessage =
         nullptr; /**< message of the last encode's item, a part of its top message */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {}; /**< translators by field type, null for none */
 
     /** The last encode's top message, once model attributes have put another one in its place. */
     std::unique_ptr<google::protobuf::Message> pstEncodedMessage;
@@ -406,7 +426,14 @@ protected:
 class GPB_API GpbXmlCompilerJson : public GpbXmlCompilerBase
 {
 public:
-    /** @param ucFlag  1: 64-bit integers become JSON numbers, else JSON strings */
+    /**
+     * As GpbXmlCompilerBase.
+     *
+     * @param pstFile    the module's proto file
+     * @param pstImport  importer whose pool holds the file; outlives the compiler
+     * @param pvHandle   library context; outlives the compiler
+     * @param ucFlag     1: 64-bit integers become JSON numbers, else JSON strings
+     */
     GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFile,
                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle, unsigned char ucFlag);
     ~GpbXmlCompilerJson() override;
@@ -425,6 +452,8 @@ public:
     void ClearResult();
 
 protected:
+    /**@{*/
+    /** A step of an encode. */
     void InitTransTbl(unsigned char ucFlag);
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
@@ -449,6 +478,7 @@ protected:
     unsigned int CreateJsField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                struct cJSON *pstParent, const char *pcText, GpbJsonAddFunc pfnAdd);
     static bool XmlNodeIsBitsType(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode);
+    /**@}*/
 
     char *pcResult = nullptr;            /**< printed text, or null; allocated under the module id */
     struct cJSON *pstJsonRoot = nullptr; /**< tree of the last encode, or null */
@@ -456,9 +486,9 @@ protected:
 
     /** The array of each repeated field; one per field and document, whatever its parent. */
     std::map<const google::protobuf::FieldDescriptor *, struct cJSON *> mapListNode;
-    unsigned int uiMemHandle; /**< module id of the library context */
-    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {};
-    unsigned int uiDepth = 0; /**< containers that are open in the walk */
+    unsigned int uiMemHandle;                          /**< module id of the library context */
+    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {}; /**< adders by field type, null for none */
+    unsigned int uiDepth = 0;                          /**< containers that are open in the walk */
 };
 
 #endif
