@@ -1,4 +1,5 @@
 /**
+ * @file
  * C interface of the document compilers.
  *
  * A host creates a compiler for a YANG module by name, runs it once, copies the result and destroys the compiler:
