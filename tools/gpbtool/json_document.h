@@ -32,6 +32,9 @@ public:
      */
     JsonDocument(const std::string &path, bool stripPrefixes);
 
+    /** Length of the text in bytes. */
+    std::size_t Size() const { return text_.size(); }
+
     /** The top-level container, with its name as key. */
     cJSON &Container() const { return *tree_->child; }
 
