@@ -20,6 +20,9 @@ struct JsonTreeDeleter
 };
 using JsonTree = std::unique_ptr<cJSON, JsonTreeDeleter>;
 
+/** Takes "MODULE:" off all names of a tree. */
+void StripJsonPrefixes(cJSON &tree);
+
 class JsonDocument
 {
 public:
@@ -53,7 +56,6 @@ public:
 
 private:
     void TakeOffsets(const std::vector<std::size_t> &offsets);
-    void StripPrefixes();
     void RefuseDuplicates(const char *why);
     [[noreturn]] void Refuse(std::size_t offset, const std::string &what, const char *hint);
 
