@@ -60,11 +60,12 @@ struct XmlJob
     Console &console;
     const EncodeRequest &request;
     const pb::FileDescriptor &file;
+    InputFile input;
     XmlDocument doc;
 
     XmlJob(Session &theSession, Console &theConsole, const EncodeRequest &theRequest)
         : session(theSession), console(theConsole), request(theRequest), file(session.Load(request.module)),
-          doc(ReadXmlDocument(request.document))
+          input(request.document), doc(ReadXmlDocument(input))
     {
     }
 
@@ -113,7 +114,7 @@ EncodedDocument EncodeXml(Session &session, Console &console, const EncodeReques
 {
     const XmlJob job(session, console, request);
     const Compiler compiler(GpbXmlCompiler_CreateCompiler(session.Context(), request.module.c_str()));
-    EncodedDocument encoded = {job.Run(compiler.get()), nullptr};
+    EncodedDocument encoded = {job.Run(compiler.get()), nullptr, job.input.BytesRead()};
     encoded.type = RootMessage(RootName(*job.doc), job.file);
     job.Judge(*encoded.type, {false, nullptr});
     return encoded;
