@@ -2,6 +2,8 @@
 
 #include <google/protobuf/compiler/importer.h>
 
+#include "core/gpb_protobuf_compat.h"
+
 namespace gpbtool
 {
 
@@ -10,10 +12,10 @@ namespace
 
 namespace pbc = google::protobuf::compiler;
 
-class Collector : public pbc::MultiFileErrorCollector
+class Collector : public GpbPbErrorCollector
 {
 public:
-    void AddError(const std::string &file, int line, int column, const std::string &message) override
+    void Report(const std::string &file, int line, int column, const std::string &message) override
     {
         // Protobuf counts from 0 and uses -1 where a problem has no place.
         std::string where = file;
