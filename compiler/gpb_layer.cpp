@@ -10,6 +10,7 @@
 #include "compiler/gpb_type_chain.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
@@ -48,7 +49,7 @@ bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::
         return false;
     }
     (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
-    typeName.append(file.package()).append(".").append(name);
+    typeName.append(GpbPbPackage(file)).append(".").append(name);
     return true;
 }
 
@@ -87,7 +88,7 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
                     const FieldDescriptor &field)
 {
-    layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
+    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
 }
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)

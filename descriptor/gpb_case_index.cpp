@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_case_collection.h"
 
 using google::protobuf::Descriptor;
@@ -89,7 +90,7 @@ bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) con
     const Descriptor *caseMessage = caseField->message_type();
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        AddName(fields, caseField->message_type()->field(i)->lowercase_name(), 0, caseField);
+        AddName(fields, GpbPbLowercaseName(*caseField->message_type()->field(i)), 0, caseField);
     }
     const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message_, layer_));
     // A case message from elsewhere has no layer number here, and deliberately ends the search.
@@ -100,7 +101,7 @@ bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) con
     const std::string suffix = std::to_string(layer);
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        const std::string &longName = caseMessage->field(i)->lowercase_name();
+        const std::string &longName = GpbPbLowercaseName(*caseMessage->field(i));
         const bool hasSuffix = longName.size() >= suffix.size() && longName.size() < GPB_NAME_SIZE &&
                                longName.compare(longName.size() - suffix.size(), suffix.size(), suffix) == 0;
         if (hasSuffix)

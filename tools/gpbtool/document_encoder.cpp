@@ -3,6 +3,7 @@
 #include <google/protobuf/descriptor.h>
 
 #include "compiler.h"
+#include "core/gpb_protobuf_compat.h"
 #include "document_check.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "json_shape.h"
@@ -105,7 +106,7 @@ std::string TopMessages(const pb::FileDescriptor &file)
     std::string names;
     for (int i = 0; i < file.message_type_count(); ++i)
     {
-        names += (i > 0 ? ", " : "") + file.message_type(i)->full_name();
+        names += (i > 0 ? ", " : "") + GpbPbFullName(*file.message_type(i));
     }
     return names.empty() ? "none" : names;
 }

@@ -1,7 +1,5 @@
 #include "encode_batch.h"
 
-#include <google/protobuf/stubs/logging.h>
-
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
@@ -11,6 +9,7 @@
 #include <thread>
 
 #include "batch_progress.h"
+#include "core/gpb_protobuf_compat.h"
 
 namespace gpbtool
 {
@@ -175,7 +174,7 @@ void Help(const BatchPlan &plan, Documents &documents)
         Session session(messages, plan.search);
         {
             // The first thread has said already what there is to say about the module.
-            const google::protobuf::LogSilencer silencer;
+            const GpbPbLogSilencer silencer;
             session.Load(plan.module);
         }
         messages.Take();
