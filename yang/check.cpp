@@ -9,6 +9,7 @@
 #include "yang/check_lookup.h"
 #include "yang/check_values.h"
 #include "yang/proto_builder.h"
+#include "yang/schema_messages.h"
 
 namespace gpbyang
 {
@@ -120,6 +121,8 @@ private:
 
 std::vector<CheckFinding> CheckModule(const ProtoFile &file, const pb::FileDescriptor &descriptor)
 {
+    // Values are tried that libyang refuses.
+    const KeptMessages quiet;
     std::vector<CheckFinding> findings;
     if (file.module.size() > kMostModuleName)
     {

@@ -32,26 +32,11 @@ bool Has(const lysc_type &type, Base... bases)
     return ((type.basetype == bases) || ...);
 }
 
-bool MayBeEmpty(const lysc_range *length)
+/** Whether an element without content is a value of the leaf, and one that says more than its absence. */
+bool MayBeEmptyText(const lysc_node &leaf, const lysc_type &type)
 {
-    return length == nullptr || length->parts[0].min_u64 == 0;
-}
-
-/** Patterns are not looked at: most that allow an empty text do not mean it. */
-bool MayBeEmptyText(const lysc_type &type)
-{
-    switch (type.basetype)
-    {
-    case LY_TYPE_STRING:
-    {
-        const auto &string = reinterpret_cast<const lysc_type_str &>(type);
-        return string.patterns == nullptr && MayBeEmpty(string.length);
-    }
-    case LY_TYPE_BINARY:
-        return MayBeEmpty(reinterpret_cast<const lysc_type_bin &>(type).length);
-    default:
-        return false;
-    }
+    const bool isText = !Has(type, LY_TYPE_EMPTY, LY_TYPE_BITS, LY_TYPE_BOOL);
+    return isText && lyd_value_validate(leaf.module->ctx, &leaf, "", 0, nullptr, nullptr, nullptr) == LY_SUCCESS;
 }
 
 bool HasTooManyDigits(const lysc_type &type)
@@ -107,7 +92,7 @@ void CheckValues(const ProtoMessage &message, const ProtoField &field, std::vect
     {
         report(CheckKind::Decimal);
     }
-    if (MayBeEmptyText(type))
+    if (MayBeEmptyText(*field.node, type))
     {
         report(CheckKind::EmptyText);
     }

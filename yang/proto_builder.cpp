@@ -307,8 +307,24 @@ private:
     ProtoFile &file_;
 };
 
-/** The modules whose data are augmented by a module. */
-std::string AugmentedModules(const lys_module &module)
+YangError NoData(const lys_module &module)
+{
+    std::string augmented;
+    for (const std::string &name : AugmentedModules(module))
+    {
+        augmented += (augmented.empty() ? "" : ", ") + name;
+    }
+    std::string text = std::string("YANG module ") + module.name + " has no container, list or notification of its own";
+    if (!augmented.empty())
+    {
+        text += "; it adds nodes to " + augmented;
+    }
+    return {Fault::NoData, text};
+}
+
+} // namespace
+
+std::set<std::string> AugmentedModules(const lys_module &module)
 {
     std::set<std::string> names;
     const lysp_node_augment *augment = module.parsed->augments;
@@ -324,26 +340,8 @@ std::string AugmentedModules(const lys_module &module)
             }
         }
     }
-    std::string text;
-    for (const std::string &name : names)
-    {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
+    return names;
 }
-
-YangError NoData(const lys_module &module)
-{
-    const std::string augmented = AugmentedModules(module);
-    std::string text = std::string("YANG module ") + module.name + " has no container, list or notification of its own";
-    if (!augmented.empty())
-    {
-        text += "; it adds nodes to " + augmented;
-    }
-    return {Fault::NoData, text};
-}
-
-} // namespace
 
 std::string SchemaPath(const lysc_node &node)
 {

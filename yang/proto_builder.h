@@ -5,8 +5,14 @@
 #ifndef GPB_YANG_PROTO_BUILDER_H
 #define GPB_YANG_PROTO_BUILDER_H
 
+#include <set>
+#include <string>
+#include <vector>
+
 #include "yang/proto_model.h"
 #include "yang/proto_types.h"
+
+struct lys_module;
 
 namespace gpbyang
 {
@@ -26,6 +32,9 @@ std::string SchemaPath(const lysc_node &node);
 
 /** The child nodes of a node, notifications behind data; those of the module when it is null. */
 std::vector<const lysc_node *> SchemaChildren(const lysc_node *parent, const Schema &schema);
+
+/** Names of the modules to whose data a module adds nodes. */
+std::set<std::string> AugmentedModules(const lys_module &module);
 
 } // namespace gpbyang
 

@@ -31,7 +31,7 @@ std::string print(const lyd_node &top, LYD_FORMAT format)
     return result;
 }
 
-/** Both trees have the same nodes in the same order, but for those that libyang adds. */
+/** Both trees have the same nodes in the same order. */
 void fillEmptyContainers(const lyd_node &data, xmlNode &element)
 {
     if (element.children == nullptr && data.schema->nodetype == LYS_CONTAINER)
@@ -42,11 +42,8 @@ void fillEmptyContainers(const lyd_node &data, xmlNode &element)
     xmlNode *child = xmlFirstElementChild(&element);
     for (const lyd_node *node = lyd_child(&data); node != nullptr && child != nullptr; node = node->next)
     {
-        if ((node->flags & LYD_DEFAULT) == 0)
-        {
-            fillEmptyContainers(*node, *child);
-            child = xmlNextElementSibling(child);
-        }
+        fillEmptyContainers(*node, *child);
+        child = xmlNextElementSibling(child);
     }
 }
 
@@ -84,12 +81,9 @@ std::string toXml(const lyd_node &top)
         return "";
     }
     fillEmptyContainers(top, *xmlDocGetRootElement(document.get()));
-    xmlChar *text = nullptr;
-    int size = 0;
-    xmlDocDumpMemory(document.get(), &text, &size);
-    const std::string result(reinterpret_cast<const char *>(text), static_cast<std::size_t>(size));
-    xmlFree(text);
-    return result;
+    const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), &xmlBufferFree);
+    xmlNodeDump(buffer.get(), document.get(), xmlDocGetRootElement(document.get()), 0, 0);
+    return reinterpret_cast<const char *>(xmlBufferContent(buffer.get()));
 }
 
 Json toJson(const lyd_node &top)

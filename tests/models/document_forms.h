@@ -26,7 +26,7 @@ struct JsonDeleter
 };
 using Json = std::unique_ptr<cJSON, JsonDeleter>;
 
-/** A top-level node as XML, in which an empty container has a line feed. */
+/** A top-level node without added defaults as XML, in which an empty container has a line feed. */
 std::string toXml(const lyd_node &top);
 
 /** A top-level node as JSON without prefixes in names, and with null for empty leaves. Null when libyang fails. */

@@ -289,11 +289,15 @@ TEST_F(Checks, Decimal)
 
 TEST_F(Checks, EmptyText)
 {
-    const std::string body = "container t { leaf a { type string; } leaf b { type string { length \"1..5\"; } } "
-                             "leaf c { type binary; } leaf d { type string { pattern \"x+\"; } } leaf e { type "
-                             "string { length \"0 | 3\"; } } leaf f { type binary { length 1; } } }";
-    EXPECT_THAT(findings(CheckKind::EmptyText, body), ElementsAre("/m:t/a", "/m:t/c", "/m:t/e"));
+    const std::string body =
+        "container t { leaf a { type string; } leaf b { type string { length \"1..5\"; } } "
+        "leaf c { type binary; } leaf d { type string { pattern \"x+\"; } } leaf e { type "
+        "string { length \"0 | 3\"; } } leaf f { type binary { length 1; } } leaf g { type string { "
+        "pattern \"x*\"; } } leaf h { type union { type uint8; type string; } } leaf i { type "
+        "enumeration { enum a; } } leaf j { type bits { bit a; } } }";
+    EXPECT_THAT(findings(CheckKind::EmptyText, body), ElementsAre("/m:t/a", "/m:t/c", "/m:t/e", "/m:t/g", "/m:t/h"));
     EXPECT_THAT(lost(body, "<a/>"), Not(IsEmpty()));
+    EXPECT_THAT(lost(body, "<h/>"), Not(IsEmpty()));
     proto(body);
     EXPECT_THAT(fromJson("<t xmlns=\"urn:m\"><a/></t>").differences, IsEmpty());
 }
