@@ -131,7 +131,7 @@ TEST_F(EncodeJobs, WithoutFurtherThreadsTheFirstOneDoesAll)
     encodeAll("1");
     gpbtest::ProcessSetup process =
         setup("encode", {"--module", "m", path("in"), "--out-dir", path("out4"), "--jobs", "4"});
-    process.environment = {{"LD_PRELOAD", NO_THREADS_SYSTEM}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+    process.environment = {{PRELOAD_VARIABLE, PRELOAD_NO_THREADS_SYSTEM}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
     const ProcessResult result = gpbtest::runProcess(process);
     EXPECT_EQ(result.exitCode, 6);
     EXPECT_THAT(result.err, HasSubstr("\n170 of 200 documents encoded, 30 failed\n"));
