@@ -1,7 +1,5 @@
 #include "descriptor/gpb_field_search.h"
 
-#include <string>
-
 #include "descriptor/gpb_case_collection.h"
 #include "platform/safe_string.h"
 #include "platform/yos.h"
@@ -9,20 +7,19 @@
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 
-GpbFoundField GpbSearchSuffixed(const Descriptor *message, const char *name, int32_t layer)
+const FieldDescriptor *GpbSearchSuffixed(const Descriptor *message, const char *name, int32_t layer)
 {
     char suffixed[GPB_NAME_SIZE] = {};
     if (strcpy_s(suffixed, sizeof(suffixed), name) != 0)
     {
-        return {nullptr, nullptr, false};
+        return nullptr;
     }
     const uint32_t length = YOS_StrLen(suffixed);
     if (sprintf_s(suffixed + length, sizeof(suffixed) - length, "%d", layer) < 0)
     {
-        const bool isTooLong = length + std::to_string(layer).size() >= sizeof(suffixed);
-        return {nullptr, nullptr, isTooLong};
+        return nullptr;
     }
-    return {message->FindFieldByLowercaseName(suffixed)};
+    return message->FindFieldByLowercaseName(suffixed);
 }
 
 GpbFoundField GpbSearchCases(const Descriptor *message, const char *name, int32_t layer)
@@ -33,26 +30,24 @@ GpbFoundField GpbSearchCases(const Descriptor *message, const char *name, int32_
     {
         return {};
     }
-    bool isCertain = true;
     for (uint32_t i = 0; i < count; ++i)
     {
         const Descriptor *caseMessage = cases[i]->message_type();
-        GpbFoundField found = {caseMessage->FindFieldByLowercaseName(name)};
-        if (found.field == nullptr)
+        const FieldDescriptor *field = caseMessage->FindFieldByLowercaseName(name);
+        if (field == nullptr)
         {
             const auto caseLayer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message, layer));
             // A case message from elsewhere has no layer number here, and deliberately ends the search.
             if (caseLayer < 1)
             {
-                return {nullptr, nullptr, isCertain};
+                return {};
             }
-            found = GpbSearchSuffixed(caseMessage, name, caseLayer);
-            isCertain = isCertain && found.isCertain;
+            field = GpbSearchSuffixed(caseMessage, name, caseLayer);
         }
-        if (found.field != nullptr)
+        if (field != nullptr)
         {
-            return {found.field, cases[i], isCertain};
+            return {field, cases[i]};
         }
     }
-    return {nullptr, nullptr, isCertain};
+    return {};
 }

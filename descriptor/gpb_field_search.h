@@ -14,22 +14,19 @@ struct GpbFoundField
 {
     const google::protobuf::FieldDescriptor *field = nullptr;
     const google::protobuf::FieldDescriptor *caseField = nullptr;
-    bool isCertain = true; ///< false when a copy or a format failed on the way: next time it may not
 };
 
 /// A node name as field names are spelt. A name that does not fit stays empty, and so finds nothing.
 struct GpbFieldName
 {
     char text[GPB_NAME_SIZE] = {};
-    bool isConverted;
 
-    explicit GpbFieldName(const char *nodeName) : isConverted(GPB_ConvertXmlNodeName(nodeName, text, sizeof(text)) == 0)
-    {
-    }
+    explicit GpbFieldName(const char *nodeName) { (void)GPB_ConvertXmlNodeName(nodeName, text, sizeof(text)); }
 };
 
 /// The field of a lower-case name followed by the layer number, or null.
-GpbFoundField GpbSearchSuffixed(const google::protobuf::Descriptor *message, const char *name, int32_t layer);
+const google::protobuf::FieldDescriptor *GpbSearchSuffixed(const google::protobuf::Descriptor *message,
+                                                           const char *name, int32_t layer);
 
 /// The field of a lower-case name in the oneof cases of a message, with its case field.
 GpbFoundField GpbSearchCases(const google::protobuf::Descriptor *message, const char *name, int32_t layer);
@@ -40,19 +37,12 @@ GpbFoundField GpbSearchNode(const google::protobuf::Descriptor *message, const c
                             const CaseSearch &searchCases)
 {
     const GpbFieldName name(nodeName);
-    GpbFoundField found = {message->FindFieldByLowercaseName(name.text)};
-    if (found.field == nullptr)
+    const google::protobuf::FieldDescriptor *field = message->FindFieldByLowercaseName(name.text);
+    if (field == nullptr)
     {
-        found = GpbSearchSuffixed(message, name.text, layer);
+        field = GpbSearchSuffixed(message, name.text, layer);
     }
-    if (found.field == nullptr)
-    {
-        const bool isCertain = found.isCertain;
-        found = searchCases(name.text);
-        found.isCertain = found.isCertain && isCertain;
-    }
-    found.isCertain = found.isCertain && name.isConverted;
-    return found;
+    return field == nullptr ? searchCases(name.text) : GpbFoundField{field, nullptr};
 }
 
 /// The field of a leaf. When the name is a container's, the leaf of that name, if there is one, lies in a case; the
@@ -64,14 +54,7 @@ GpbFoundField GpbSearchLeaf(const google::protobuf::Descriptor *message, const c
     const GpbFoundField found = GpbSearchNode(message, nodeName, layer, searchCases);
     const bool isContainer =
         found.field != nullptr && found.field->type() == google::protobuf::FieldDescriptor::TYPE_MESSAGE;
-    if (!isContainer)
-    {
-        return found;
-    }
-    const GpbFieldName name(nodeName);
-    GpbFoundField leaf = searchCases(name.text);
-    leaf.isCertain = leaf.isCertain && found.isCertain && name.isConverted;
-    return leaf;
+    return isContainer ? searchCases(GpbFieldName(nodeName).text) : found;
 }
 
 #endif

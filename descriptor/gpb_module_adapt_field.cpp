@@ -53,8 +53,7 @@ const FieldDescriptor *GPB_GetDescFieldByRepeateName(const Descriptor *pstMessag
     {
         return nullptr;
     }
-    return GpbNoThrow<const FieldDescriptor *>(nullptr,
-                                               [&] { return GpbSearchSuffixed(pstMessage, pcName, iLayer).field; });
+    return GpbNoThrow<const FieldDescriptor *>(nullptr, [&] { return GpbSearchSuffixed(pstMessage, pcName, iLayer); });
 }
 
 const FieldDescriptor *GPB_GetFieldDescByOneof(const char *pcName, const Descriptor *pstMessage, int32_t iLayer,

@@ -27,6 +27,7 @@ class Message;
 } // namespace google::protobuf
 
 class GpbFieldFinder;
+struct GpbModulePlan;
 
 /** Result codes of the compilers. */
 #define GPB_COMPILER_OK 0U
@@ -266,14 +267,14 @@ protected:
     google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr; /**< makes the message types; owned */
     unsigned char ucStopOnError = 0; /**< non-zero: a walk stops at the first container or leaf that fails */
 
-    /** Remembers which field a node name stands for, so that a name is searched once per message type. */
+    /** What all compilers of the importer share: which field a node name stands for, and how messages are written. */
+    std::shared_ptr<GpbModulePlan> pstPlan;
+
+    /** Asks the plan for fields, and remembers where it asked last. */
     std::unique_ptr<GpbFieldFinder> pstFieldFinder;
 
     /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
     unsigned char ucFactoryBroken = 0;
-
-    /** The last top type whose types in each other were counted and found to be few enough, or null. */
-    const google::protobuf::Descriptor *pstMeasuredType = nullptr;
 };
 
 /** Turns an XML document into a serialized GPB message. */
@@ -303,6 +304,7 @@ protected:
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
+    unsigned int PushXmlContainer(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlPresenceContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlEmptyLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
@@ -312,6 +314,10 @@ protected:
                                const google::protobuf::FieldDescriptor *pstField);
     void GenerateXPath(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
                        const google::protobuf::FieldDescriptor *pstField);
+
+    /** GenerateLayer without the path, which its log lines take from `pcPath`, or make themselves when it is null. */
+    unsigned int GenerateLayerType(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
+                                   const google::protobuf::FieldDescriptor *pstField, const char *pcPath);
     unsigned int AddLayerToUpperLayer(const GpbCompilerStackLayer &stUpper, GpbCompilerStackLayer &stLayer,
                                       const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
