@@ -2,13 +2,16 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
+#include <typeinfo>
 #include <utility>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_module_plan.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -54,7 +57,9 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
 
 unsigned int GpbJsonCompiler::GPB_CompilerStackInitTop(cJSON *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, pstMeasuredType},
+    // Only a subclass can look at the message.
+    const bool isSubclass = typeid(*this) != typeid(GpbJsonCompiler);
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, &pstPlan->records, isSubclass},
                             GpbLib_Json_GetObjectName(pstRoot), TOP_LAYER_LOG, stLayer);
 }
 
@@ -154,9 +159,8 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
         }
     }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
+    // The path is made when the layer is pushed, and for a log line that somebody reads.
     GpbCompilerStackLayer layer;
-    GenerateXPath(layer, &upper, found.field);
-    layer.pstDescriptor = found.field->message_type();
     unsigned int result = GPB_COMPILER_OK;
     {
         const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
@@ -170,12 +174,11 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
-                "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.", layer.strXPath.c_str(),
-                GPB_COMPILER_MAX_LAYERS);
+                "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
+                GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    GpbPushLayer(stStack, layer.pstMessage, *pstFileDesc, *found.field);
     return GPB_COMPILER_OK;
 }
 
@@ -198,8 +201,8 @@ unsigned int GpbJsonCompiler::GPB_FillLayerMessage(const GpbCompilerStackLayer &
     if (pstField->type() != FieldDescriptor::TYPE_MESSAGE)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NOT_A_MESSAGE,
-                "Gpb Compiler fill layer message Field [%s] type is not message, it is %u.", pstField->name().c_str(),
-                static_cast<unsigned int>(pstField->type()));
+                "Gpb Compiler fill layer message Field [%s] type is not message, it is %u.",
+                GpbPbName(*pstField).c_str(), static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_ERR;
     }
     stLayer.pstMessage = GpbOpenLayerMessage(stUpper.pstMessage, pstField);

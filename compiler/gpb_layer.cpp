@@ -4,16 +4,19 @@
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/dynamic_message.h>
 #include <google/protobuf/message.h>
+#include <memory>
 #include <utility>
 
+#include "compiler/gpb_record.h"
+#include "compiler/gpb_record_plan.h"
+#include "compiler/gpb_record_writer.h"
 #include "compiler/gpb_sub_message.h"
-#include "compiler/gpb_type_chain.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
-using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 using google::protobuf::Message;
@@ -23,19 +26,28 @@ namespace
 
 constexpr uint32_t NO_SUFFIX = 1;
 
-// Null for a type that the factory would not survive: it makes the types of the fields by calling itself. The types
-// that it makes later on, for lists and choices, are all reached from the top, so they need no look of their own.
-const Message *TopPrototype(const GpbTopLayerSource &source, const Descriptor *type)
+// The most bytes that protobuf serializes a message into.
+constexpr size_t MAX_MESSAGE_SIZE = INT32_MAX;
+
+bool IsWhole(const Message &message)
 {
-    if (source.measuredType != type)
+    const GpbRecord *record = GpbRecordOf(&message);
+    return record == nullptr ? message.IsInitialized() : record->IsWhole();
+}
+
+// Makes the bytes of a message; false when there are too many of them.
+bool Serialize(const Message &message, std::string &buffer)
+{
+    const GpbRecord *record = GpbRecordOf(&message);
+    if (record == nullptr)
     {
-        if (GpbLongestTypeChain(type) > GPB_COMPILER_MAX_TYPE_CHAIN)
-        {
-            return nullptr;
-        }
-        source.measuredType = type;
+        return message.SerializeToString(&buffer);
     }
-    return source.factory->GetPrototype(type);
+    // Bytes take less room than the values that they are made of, but for long texts.
+    GpbBackwardWriter writer(MAX_MESSAGE_SIZE, record->MemoryTaken() / 2);
+    GpbWriteRecord(*record, writer);
+    buffer.assign(writer.Written());
+    return true;
 }
 
 } // namespace
@@ -48,7 +60,7 @@ bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::
         return false;
     }
     (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
-    typeName.append(file.package()).append(".").append(name);
+    typeName.append(GpbPbPackage(file)).append(".").append(name);
     return true;
 }
 
@@ -67,7 +79,15 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
                    path);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
-    const Message *prototype = TopPrototype(source, layer.pstDescriptor);
+    const GpbTopType type = source.plan->TopTypeOf(layer.pstDescriptor);
+    if (type.record != nullptr && !source.needsMessage)
+    {
+        layer.pstMessage = GpbRecord::NewTop(*type.record).release();
+        return GPB_COMPILER_OK;
+    }
+    // A factory makes the types of the fields by calling itself. The types that it makes later on, for lists and
+    // choices, are all reached from the top, so they need no look of their own.
+    const Message *prototype = type.fitsFactory ? source.factory->GetPrototype(layer.pstDescriptor) : nullptr;
     if (prototype == nullptr)
     {
         GPB_LOG_AS(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,
@@ -87,12 +107,37 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
                     const FieldDescriptor &field)
 {
-    layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
+    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
+}
+
+void GpbPushLayer(GpbCompilerStack &stack, Message *message, const FileDescriptor &file, const FieldDescriptor &field)
+{
+    const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
+    GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
+    layer.strXPath.clear();
+    layer.strXPath.reserve(upper.strXPath.size() + 1 + GpbPbName(field).size());
+    GpbAppendXPath(layer, &upper, file, field);
+    layer.pstDescriptor = field.message_type();
+    layer.pstMessage = message;
+    ++stack.uiLayerNum;
+}
+
+std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const FieldDescriptor &field)
+{
+    return upper.strXPath + "." + std::string(GpbPbName(field));
 }
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
 {
-    if (upper == nullptr || upper->GetDescriptor() != field->containing_type() || upper->GetReflection() == nullptr)
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
+    {
+        return nullptr;
+    }
+    if (GpbRecord *record = GpbRecordOf(upper))
+    {
+        return record->Open(field);
+    }
+    if (upper->GetReflection() == nullptr)
     {
         return nullptr;
     }
@@ -129,8 +174,8 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
     const bool isDone = GpbNoThrow(false,
                                    [&]
                                    {
-                                       isInitialized = message->IsInitialized();
-                                       return isInitialized && message->SerializeToString(&buffer);
+                                       isInitialized = IsWhole(*message);
+                                       return isInitialized && Serialize(*message, buffer);
                                    });
     if (!isInitialized)
     {
@@ -149,5 +194,18 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
 
 std::string GpbDebugText(const Message *message)
 {
-    return message == nullptr ? "There is no valid encode message." : message->DebugString();
+    if (message == nullptr)
+    {
+        return "There is no valid encode message.";
+    }
+    const GpbRecord *record = GpbRecordOf(message);
+    if (record == nullptr)
+    {
+        return message->DebugString();
+    }
+    // A factory of its own: one that memory has run out on is of no more use, and the compiler's must stay of use.
+    google::protobuf::DynamicMessageFactory factory(message->GetDescriptor()->file()->pool());
+    const std::unique_ptr<Message> copy(factory.GetPrototype(message->GetDescriptor())->New());
+    GpbCopyRecord(*record, *copy);
+    return copy->DebugString();
 }

@@ -8,6 +8,8 @@
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
+class GpbRecordPlan;
+
 /// The top layer, or the unused first slot of an empty stack, in which nothing is found.
 inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)
 {
@@ -24,7 +26,8 @@ struct GpbTopLayerSource
     const google::protobuf::FileDescriptor *file;
     const google::protobuf::compiler::Importer *importer;
     google::protobuf::DynamicMessageFactory *factory;
-    const google::protobuf::Descriptor *&measuredType; ///< the compiler's last top type that the factory can make
+    GpbRecordPlan *plan;
+    bool needsMessage; ///< somebody may look at the message, so it must not be a record
 };
 
 /// The function and the lines under which a compiler reports that its top layer cannot be made.
@@ -36,13 +39,22 @@ struct GpbTopLayerLog
     uint32_t messageLine;
 };
 
-/// Fills the layer of a top-level container, with a new message that the caller owns; 0 or a GPB_COMPILER_ code.
+/// Fills the layer of a top-level container, with a new message that the caller owns; 0 or a GPB_COMPILER_ code. The
+/// message is a record where that will do.
 unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *containerName, const GpbTopLayerLog &log,
                               GpbCompilerStackLayer &layer);
 
 /// Appends the path of the layer of `field` below `upper`; without an upper layer, below the file's package.
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
+
+/// Opens a layer on a stack that has room for it, above the top layer, for its field `field`. The slot's path keeps its
+/// memory, so that the layers of a list need it once.
+void GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
+                  const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
+
+/// The path of the layer of `field` below `upper`, for a log line.
+std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const google::protobuf::FieldDescriptor &field);
 
 /// The message that a layer of a message field fills: a new entry of a list, the one message of a container. Null when
 /// the field is none of `upper`'s, which protobuf would not survive.

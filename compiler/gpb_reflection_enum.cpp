@@ -1,8 +1,11 @@
 // Leaf value translator for enumerations, and for bits, which are lists of values.
+#include <cstring>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
+#include <string_view>
 
 #include "compiler/gpb_reflection_store.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "platform/safe_string.h"
 #include "platform/yos.h"
@@ -41,11 +44,17 @@ const char *TakeToken(const char *text, Token &token)
     return blank == nullptr ? end : blank + 1;
 }
 
-unsigned int StoreToken(const GpbCompilerStackLayer &layer, const Reflection *reflection, const FieldDescriptor *field,
-                        const EnumDescriptor *type, const Token &token)
+unsigned int StoreNumber(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, int number)
+{
+    return GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, number, &Reflection::AddEnumValue,
+                         &Reflection::SetEnumValue);
+}
+
+unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const EnumDescriptor *type,
+                        const Token &token)
 {
     char name[VALUE_NAME_ROOM] = {};
-    if (GpbXmlCompilerBase_EnumYang2Proto(token.text, type->name().c_str(), name, GPB_NAME_SIZE) == nullptr)
+    if (GpbXmlCompilerBase_EnumYang2Proto(token.text, GpbPbName(*type).c_str(), name, GPB_NAME_SIZE) == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
@@ -57,29 +66,43 @@ unsigned int StoreToken(const GpbCompilerStackLayer &layer, const Reflection *re
     }
     // The name was searched among all enums of the message, so the value may be another enum's: only its number is safe
     // to store.
-    if (field->is_repeated())
+    return StoreNumber(layer, field, value->number());
+}
+
+// Stores the next value of a list when it is one that the plan knows, and steps over it; else does nothing.
+bool StoreKnownToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const GpbEnumNames &names,
+                     const char *&text)
+{
+    const char *blank = std::strchr(text, ' ');
+    const size_t length = blank == nullptr ? std::strlen(text) : static_cast<size_t>(blank - text);
+    const int *number = names.Find(std::string_view(text, length));
+    if (number == nullptr || StoreNumber(layer, field, *number) != GPB_COMPILER_OK)
     {
-        reflection->AddEnumValue(layer.pstMessage, field, value->number());
+        return false;
     }
-    else
-    {
-        reflection->SetEnumValue(layer.pstMessage, field, value->number());
-    }
-    return GPB_COMPILER_OK;
+    text = blank == nullptr ? text + length : blank + 1;
+    return true;
 }
 
 unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *text)
 {
-    const Reflection *reflection = GpbReflectionOf(layer, field, FieldDescriptor::CPPTYPE_ENUM);
-    if (reflection == nullptr || field->enum_type() == nullptr)
+    if (layer.pstMessage == nullptr ||
+        !GpbTakesField(layer.pstMessage->GetDescriptor(), field, FieldDescriptor::CPPTYPE_ENUM) ||
+        field->enum_type() == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
+    const GpbRecord *record = GpbRecordOf(layer.pstMessage);
+    const GpbEnumNames *names = record == nullptr ? nullptr : record->Type().FieldOf(field).enumNames;
     while (*text != '\0')
     {
+        if (names != nullptr && StoreKnownToken(layer, field, *names, text))
+        {
+            continue;
+        }
         Token token;
         text = TakeToken(text, token);
-        const unsigned int result = StoreToken(layer, reflection, field, field->enum_type(), token);
+        const unsigned int result = StoreToken(layer, field, field->enum_type(), token);
         if (result != GPB_COMPILER_OK)
         {
             return result;

@@ -3,6 +3,8 @@
 #include <google/protobuf/dynamic_message.h>
 #include <mutex>
 
+#include "compiler/gpb_enum_text.h"
+#include "compiler/gpb_module_plan.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "platform/safe_string.h"
@@ -36,24 +38,14 @@ void FillSpecialCharTable()
     }
 }
 
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-char ToUpper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 } // namespace
 
 unsigned char GpbXmlCompilerBase::aucSpecialCharTable[256] = {};
 
 GpbXmlCompilerBase::GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFile,
                                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
-    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport),
-      pstFieldFinder(std::make_unique<GpbFieldFinder>())
+    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport), pstPlan(GpbPlanOf(pvHandle, pstImport)),
+      pstFieldFinder(std::make_unique<GpbFieldFinder>(pstPlan->names))
 {
     pstMsgFactory = new google::protobuf::DynamicMessageFactory(pstImporter->pool());
     FillSpecialCharTable();
@@ -106,17 +98,15 @@ const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const cha
     }
     char *out = pcOut + YOS_StrLen(pcOut);
     const char *last = pcOut + uiOutSize - 1;
-    if (IsDigit(*pcYangValue))
+    if (GpbIsDigit(*pcYangValue))
     {
-        *out++ = 'X';
-        *out++ = '_';
+        out = GpbWriteEnumEscape(out);
     }
     for (const char *in = pcYangValue; *in != '\0'; ++in)
     {
-        if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(*in)] != 0)
+        if (GpbIsSpecial(*in))
         {
-            *out++ = 'X';
-            *out++ = '_';
+            out = GpbWriteEnumEscape(out);
             continue;
         }
         // Only here is the room respected; callers leave room for the two-character writes.
@@ -124,7 +114,7 @@ const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const cha
         {
             break;
         }
-        *out++ = ToUpper(*in);
+        *out++ = GpbToUpper(*in);
         if (out == last)
         {
             break;

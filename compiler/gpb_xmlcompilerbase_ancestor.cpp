@@ -5,8 +5,9 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
-#include "compiler/gpb_sub_message.h"
+#include "compiler/gpb_layer.h"
 #include "core/gpb_barrier.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
 using google::protobuf::Descriptor;
@@ -26,7 +27,7 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     for (int i = 0; i < message->field_count(); ++i)
     {
         const Descriptor *fieldType = message->field(i)->message_type();
-        if (fieldType != nullptr && fieldType->name() == type->name())
+        if (fieldType != nullptr && GpbPbName(*fieldType) == GpbPbName(*type))
         {
             return message->field(i);
         }
@@ -34,11 +35,18 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     return nullptr;
 }
 
-void AccumulatePath(std::string &path, const GpbCompilerStackLayer &top, const FieldDescriptor *entry)
+// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one.
+void SetPath(std::string &path, const std::string *before, const GpbCompilerStackLayer &top,
+             const FieldDescriptor *entry)
 {
+    path.clear();
+    if (before != nullptr)
+    {
+        path.append(*before);
+    }
     if (path.size() <= MAX_ACCUMULATED_PATH)
     {
-        path.append(top.strXPath).append(".").append(entry->name());
+        path.append(top.strXPath).append(".").append(GpbPbName(*entry));
     }
 }
 
@@ -50,12 +58,8 @@ Message *OpenMessage(GpbCompilerStack &stack, Message *parent, const FieldDescri
     {
         return nullptr;
     }
-    if (parent->GetReflection() == nullptr)
-    {
-        return nullptr;
-    }
     const GpbCaseSwitch caseSwitch(stack, parent, entry);
-    return GpbMutableSubMessage(parent, entry);
+    return GpbOpenLayerMessage(parent, entry);
 }
 
 // Takes the slot above the top as it was left, message and path included, if it is of the right type, which is all that
@@ -113,7 +117,7 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
     {
         return GPB_COMPILER_ERR;
     }
-    std::string path; // deliberately never cleared between entries
+    const std::string *path = nullptr; // of the last new layer
     while (count > 0)
     {
         const FieldDescriptor *entry = ancestors[--count];
@@ -126,7 +130,6 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
             continue;
         }
         const GpbCompilerStackLayer &top = stack.astLayer[stack.uiLayerNum - 1];
-        AccumulatePath(path, top, entry);
         Message *message = OpenMessage(stack, top.pstMessage, entry);
         // The message is made before the room is tested, so a full stack leaves it behind, empty.
         if (message == nullptr || stack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
@@ -134,7 +137,8 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
             return GPB_COMPILER_ERR;
         }
         GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
-        layer.strXPath = path;
+        SetPath(layer.strXPath, path, top, entry);
+        path = &layer.strXPath;
         layer.pstDescriptor = entry->message_type();
         layer.pstMessage = message;
         ++stack.uiLayerNum;

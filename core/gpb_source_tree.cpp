@@ -117,7 +117,7 @@ bool NestsTooDeep(ZeroCopyInputStream &stream)
 
 } // namespace
 
-ZeroCopyInputStream *GpbSourceTree::Open(const std::string &filename)
+ZeroCopyInputStream *GpbSourceTree::Open(GpbPbPath filename)
 {
     const std::unique_ptr<ZeroCopyInputStream> scanned(DiskSourceTree::Open(filename));
     if (scanned == nullptr || NestsTooDeep(*scanned))
@@ -125,4 +125,20 @@ ZeroCopyInputStream *GpbSourceTree::Open(const std::string &filename)
         return nullptr;
     }
     return DiskSourceTree::Open(filename);
+}
+
+std::shared_ptr<void> GpbSourceTree::Derived(const std::function<std::shared_ptr<void>()> &make)
+{
+    const std::lock_guard<std::mutex> lock(derivedMutex_);
+    if (derived_ == nullptr)
+    {
+        derived_ = make();
+    }
+    return derived_;
+}
+
+void GpbSourceTree::DropDerived()
+{
+    const std::lock_guard<std::mutex> lock(derivedMutex_);
+    derived_.reset();
 }

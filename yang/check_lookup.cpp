@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_limits.h"
 #include "yang/proto_names.h"
@@ -51,7 +52,7 @@ bool HasTooManyCaseFields(const pb::Descriptor &type)
 /** "goes to m.Top.field" */
 std::string Destination(const pb::FieldDescriptor *found, const char *form)
 {
-    return (found != nullptr ? "goes to " + found->full_name() : "is not found") + std::string(form);
+    return (found != nullptr ? "goes to " + GpbPbFullName(*found) : "is not found") + std::string(form);
 }
 
 class LookupCheck
@@ -108,8 +109,8 @@ private:
 
     static CheckKind KindOf(const std::string &name, const pb::FieldDescriptor *found)
     {
-        return found != nullptr && found->lowercase_name() != FieldName(name) ? CheckKind::DepthName
-                                                                              : CheckKind::SharedName;
+        return found != nullptr && GpbPbLowercaseName(*found) != FieldName(name) ? CheckKind::DepthName
+                                                                                 : CheckKind::SharedName;
     }
 
     const pb::Descriptor &type_;

@@ -2,18 +2,18 @@
 #ifndef GPBTOOL_PROTO_COLLECTOR_H
 #define GPBTOOL_PROTO_COLLECTOR_H
 
-#include <google/protobuf/compiler/importer.h>
-
 #include <string>
 #include <vector>
+
+#include "core/gpb_protobuf_compat.h"
 
 namespace gpbtool
 {
 
-class ProtoCollector : public google::protobuf::compiler::MultiFileErrorCollector
+class ProtoCollector : public GpbPbErrorCollector
 {
 public:
-    void AddError(const std::string &file, int line, int column, const std::string &message) override
+    void Report(const std::string &file, int line, int column, const std::string &message) override
     {
         // Protobuf counts from 0 and uses -1 where a problem has no place.
         std::string where = file;

@@ -1,5 +1,7 @@
 #include "proto_problems.h"
 
+#include <google/protobuf/compiler/importer.h>
+
 #include "proto_collector.h"
 
 namespace gpbtool

@@ -47,6 +47,7 @@ public:
 std::vector<std::unique_ptr<Subcommand>> MakeSubcommands();
 
 std::unique_ptr<Subcommand> MakeEncodeCommand();
+std::unique_ptr<Subcommand> MakeBenchCommand();
 std::unique_ptr<Subcommand> MakeDecodeCommand();
 std::unique_ptr<Subcommand> MakeJsonCommand();
 std::unique_ptr<Subcommand> MakeAttrsCommand();

@@ -7,6 +7,7 @@ std::vector<std::unique_ptr<Subcommand>> MakeSubcommands()
 {
     std::vector<std::unique_ptr<Subcommand>> all;
     all.push_back(MakeEncodeCommand());
+    all.push_back(MakeBenchCommand());
     all.push_back(MakeDecodeCommand());
     all.push_back(MakeJsonCommand());
     all.push_back(MakeAttrsCommand());
