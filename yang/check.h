@@ -51,8 +51,8 @@ enum class CheckKind
 struct CheckKindInfo
 {
     CheckKind kind;
-    const char *name; /**< "case-in-list" */
     bool loss;        /**< whether encoding a valid document can lose or misplace data */
+    const char *name; /**< "case-in-list" */
     const char *text; /**< what the library does, in a sentence or two */
 };
 

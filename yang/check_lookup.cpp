@@ -3,6 +3,7 @@
 #include <google/protobuf/descriptor.h>
 #include <libyang/libyang.h>
 
+#include <cstring>
 #include <string>
 
 #include "core/gpb_protobuf_compat.h"
@@ -156,9 +157,10 @@ void CheckNavigation(const ProtoMessage &top, const pb::FileDescriptor &file, st
 {
     std::string name = top.node->name;
     Gpb_Util_ConvertTopLayerName(name.data());
-    if (name.c_str() != top.name)
+    name.resize(std::strlen(name.c_str()));
+    if (name != top.name)
     {
-        findings.push_back({CheckKind::TopName, top.path, std::string(name.c_str()) + ", not " + top.name});
+        findings.push_back({CheckKind::TopName, top.path, name + ", not " + top.name});
         return;
     }
     CheckLeafPaths(top, *file.FindMessageTypeByName(top.name), top.node->name, file, findings);

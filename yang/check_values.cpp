@@ -57,7 +57,7 @@ std::string FirstEscaped(const ProtoMessage &message, const ProtoField &field)
                                    [&](const ProtoEnum &other) { return other.name == field.type; });
     for (const ProtoEnumValue &value : made->values)
     {
-        const std::string listed = value.name.substr(made->name.size() + 1);
+        std::string listed = value.name.substr(made->name.size() + 1);
         if (listed.find("X_") != std::string::npos)
         {
             return listed;

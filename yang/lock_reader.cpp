@@ -57,7 +57,7 @@ void LockReader::Line(const std::string &line)
     {
         if (words.size() != 2 || words[0] != "module")
         {
-            throw Error("\"module NAME\" is expected");
+            throw Error(R"("module NAME" is expected)");
         }
         if (words[1] != lock_.module_)
         {
@@ -93,11 +93,11 @@ void LockReader::AddEntry(const Words &words)
 {
     if (section_ == nullptr)
     {
-        throw Error("\"message /PATH\" or \"enum /PATH\" is expected");
+        throw Error(R"("message /PATH" or "enum /PATH" is expected)");
     }
     if (words.size() != (ofEnum_ ? kValueWords : kFieldWords))
     {
-        throw Error(ofEnum_ ? "\"NUMBER VALUE\" is expected" : "\"NUMBER NODE TYPE FIELD\" is expected");
+        throw Error(ofEnum_ ? R"("NUMBER VALUE" is expected)" : R"("NUMBER NODE TYPE FIELD" is expected)");
     }
     if (words.back().find_first_not_of(kNameCharacters) != std::string::npos)
     {
