@@ -1,0 +1,67 @@
+"""Holds what was measured against the bars."""
+import statistics
+
+import bars
+
+MARGIN = 1.10        # of a bar in time, for --check: what two runs on one machine differ by
+EXACT_MARGIN = 1.02  # of a bar in bytes or instructions
+
+
+def _ratio(times, pair, metric):
+    """(ratio of medians, lowest, highest ratio of the repetitions), or None when one side was not measured."""
+    one, peer = (times.get(name) for name in pair)
+    if one is None or peer is None:
+        return None
+    if metric == bars.PEAK:
+        exact = one["peak_bytes"] / peer["peak_bytes"]
+        return exact, exact, exact
+    by_repetition = [a / b for a, b in zip(one["ns_per_leaf"], peer["ns_per_leaf"])]
+    medians = statistics.median(one["ns_per_leaf"]) / statistics.median(peer["ns_per_leaf"])
+    return medians, min(by_repetition), max(by_repetition)
+
+
+def _worst(candidates):
+    known = [one for one in candidates if one is not None]
+    return max(known) if known else None
+
+
+def _instruction_ratio(counts, pair):
+    return counts[pair[0]] / counts[pair[1]] if pair[0] in counts and pair[1] in counts else None
+
+
+def evaluate(results):
+    """One record per row: the worst ratios of its pairs in time and in instructions, None where nothing was measured."""
+    records = []
+    for row in bars.rows():
+        worst = _worst(_ratio(results["times"], pair, row.metric) for pair in row.pairs)
+        counted = None if row.metric == bars.PEAK else _worst(
+            _instruction_ratio(results["instructions"], pair) for pair in row.pairs)
+        records.append({
+            "job": row.job, "bar": row.bar, "goal": row.goal, "metric": row.metric,
+            "measured": worst and worst[0], "lowest": worst and worst[1], "highest": worst and worst[2],
+            "instructions": counted,
+            "holds": None if worst is None or row.bar is None else worst[0] <= row.bar,
+        })
+    return records
+
+
+def failures(records, quick):
+    """What --check complains about. Times of a quick run say nothing, but each row that it can measure must be there."""
+    found = []
+    for one in records:
+        exact = one["metric"] == bars.PEAK
+        if one["measured"] is None:
+            if not quick:
+                found.append(f"not measured: {one['job']}")
+        elif one["bar"] is not None and (exact or not quick):
+            limit = one["bar"] * (EXACT_MARGIN if exact else MARGIN)
+            if one["measured"] > limit:
+                found.append(f"{one['measured']:.3f}, bar {one['bar']:.3f}: {one['job']}")
+    return found
+
+
+def instruction_failures(records):
+    """Rows whose instructions miss the bar."""
+    return [f"{one['instructions']:.3f} in instructions, bar {one['bar']:.3f}: {one['job']}" for one in records
+            if one["instructions"] is not None and one["bar"] is not None
+            and one["instructions"] > one["bar"] * EXACT_MARGIN]
