@@ -4,6 +4,7 @@
 
 #include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -46,7 +47,7 @@ GpbJsonCompiler::GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFile
                                  const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
     : GpbXmlCompilerBase(pstFile, pstImport, pvHandle)
 {
-    GpbFillTranslatorTable(astStrTrans);
+    GpbFillTranslatorTable(astStrTrans, GPB_JSON_COMPILER_TAG);
 }
 
 GpbJsonCompiler::~GpbJsonCompiler() = default;

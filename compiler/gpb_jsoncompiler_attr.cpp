@@ -5,6 +5,7 @@
 
 #include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_source_tag.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -18,8 +19,6 @@ using google::protobuf::FieldDescriptor;
 
 namespace
 {
-
-constexpr char JSON_COMPILER_TAG[] = "gpb_jsoncompiler";
 
 constexpr char GET_MDL_ATTR[] = "GetMdlAttr";
 constexpr uint32_t LINE_ALLOC_NAME = 389;
@@ -55,10 +54,10 @@ constexpr DataType DATA_TYPES[] = {
 char *CopyName(uint32_t moduleId, const std::string &name)
 {
     const size_t size = name.size() + 1;
-    auto *copy = static_cast<char *>(GpbMalloc(moduleId, size, JSON_COMPILER_TAG, LINE_ALLOC_NAME));
+    auto *copy = static_cast<char *>(GpbMalloc(moduleId, size, GPB_JSON_COMPILER_TAG, LINE_ALLOC_NAME));
     if (copy != nullptr && strcpy_s(copy, size, name.c_str()) != 0)
     {
-        ZMP_Free_F(copy, JSON_COMPILER_TAG, LINE_FREE_UNCOPIED_NAME);
+        ZMP_Free_F(copy, GPB_JSON_COMPILER_TAG, LINE_FREE_UNCOPIED_NAME);
         return nullptr;
     }
     return copy;
@@ -69,7 +68,7 @@ void FreeNames(char **names, uint32_t count)
 {
     for (uint32_t i = 0; i < count; ++i)
     {
-        ZMP_Free_F(names[i], JSON_COMPILER_TAG, LINE_FREE_STORED_NAME);
+        ZMP_Free_F(names[i], GPB_JSON_COMPILER_TAG, LINE_FREE_STORED_NAME);
         names[i] = nullptr;
     }
 }

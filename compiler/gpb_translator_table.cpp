@@ -9,15 +9,13 @@ using google::protobuf::FieldDescriptor;
 namespace
 {
 
-constexpr char TRANSLATOR_TABLE_TAG[] = "gpb_xmlcompiler.cpp";
-
 static_assert(FieldDescriptor::MAX_TYPE + 1 == GPB_FIELD_TYPE_NUM, "one entry per protobuf field type");
 
 } // namespace
 
-void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM])
+void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM], const char *tag)
 {
-    GpbZero(table, sizeof(table), TRANSLATOR_TABLE_TAG, __LINE__);
+    GpbZero(table, sizeof(table), tag, __LINE__);
     table[FieldDescriptor::TYPE_DOUBLE] = GpbCompiler_StrTrans_ToDouble;
     // A float leaf is read as a double too; the translator narrows it when it stores it.
     table[FieldDescriptor::TYPE_FLOAT] = GpbCompiler_StrTrans_ToDouble;

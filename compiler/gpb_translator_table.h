@@ -4,7 +4,7 @@
 
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// Fills a compiler's table; groups, messages and the unused entry 0 have none.
-void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM]);
+/// Fills a compiler's table; groups, messages and the unused entry 0 have none. `tag` is the compiler's source.
+void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM], const char *tag);
 
 #endif

@@ -6,6 +6,7 @@
 
 #include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
@@ -44,7 +45,7 @@ GpbXmlCompiler::GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFile,
     : GpbXmlCompilerBase(pstFile, pstImport, pvHandle),
       uiMemHandle(GPBLIB_GetMemHandle(static_cast<const GpbLibContext *>(pvHandle)))
 {
-    GpbFillTranslatorTable(astStrTrans);
+    GpbFillTranslatorTable(astStrTrans, GPB_XML_COMPILER_TAG);
 }
 
 GpbXmlCompiler::~GpbXmlCompiler() = default;

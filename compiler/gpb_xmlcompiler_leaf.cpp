@@ -6,6 +6,7 @@
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
@@ -17,8 +18,6 @@ using google::protobuf::FieldDescriptor;
 
 namespace
 {
-
-constexpr char XML_COMPILER_TAG[] = "gpb_xmlcompiler.cpp";
 
 constexpr uint32_t LINE_NO_LEAF_FIELD = 418;
 constexpr uint32_t LINE_LEAF_CASE_FAILED = 426;
@@ -39,7 +38,7 @@ constexpr char EMPTY_LEAF_LOG_NAME[] = "";
 // Frees an identity value.
 struct IdentityFree
 {
-    void operator()(char *value) const { ZMP_Free_F(value, XML_COMPILER_TAG, LINE_FREE_IDENTITY); }
+    void operator()(char *value) const { ZMP_Free_F(value, GPB_XML_COMPILER_TAG, LINE_FREE_IDENTITY); }
 };
 
 char *AsText(const GpbXmlText &text)

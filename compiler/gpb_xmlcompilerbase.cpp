@@ -19,15 +19,22 @@ constexpr uint32_t LINE_PREFIX_FAILED = 80;
 constexpr char SPECIAL_CHARS[] = "!\"#\\$%&,-()*+/:<>=.?[]{}|^~`@'; ";
 static_assert(sizeof(SPECIAL_CHARS) == 33, "32 special characters and the terminator");
 
+// Compilers may be constructed by several threads at once.
+std::mutex g_specialCharTableMutex;
+
+// The table itself tells whether it is filled: a host that can write to it gets it back with its next compiler.
 void FillSpecialCharTable()
 {
+    const std::lock_guard<std::mutex> lock(g_specialCharTableMutex);
+    if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(SPECIAL_CHARS[0])] != 0)
+    {
+        return;
+    }
     for (const char c : SPECIAL_CHARS)
     {
         GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(c)] = 1;
     }
 }
-
-std::once_flag g_specialCharTableFilled;
 
 bool IsDigit(char c)
 {
@@ -49,7 +56,7 @@ GpbXmlCompilerBase::GpbXmlCompilerBase(const google::protobuf::FileDescriptor *p
       pstFieldFinder(std::make_unique<GpbFieldFinder>())
 {
     pstMsgFactory = new google::protobuf::DynamicMessageFactory(pstImporter->pool());
-    std::call_once(g_specialCharTableFilled, FillSpecialCharTable);
+    FillSpecialCharTable();
 }
 
 GpbXmlCompilerBase::~GpbXmlCompilerBase()

@@ -58,14 +58,13 @@ Message *OpenMessage(GpbCompilerStack &stack, Message *parent, const FieldDescri
     return GpbMutableSubMessage(parent, entry);
 }
 
-// Takes the slot above the top as it was left, message and path included, if it is of the right type: a case that is
-// entered again costs no lookup in its message. Deliberately its message may be that of an earlier list entry, too; the
-// bytes of a document must not depend on the version of the library.
+// Takes the slot above the top as it was left, message and path included, if it is of the right type, which is all that
+// is asked: a case that is entered again costs no lookup in its message. Deliberately its message may be that of an
+// earlier list entry, too; the bytes of a document must not depend on the version of the library.
 bool ReuseSlot(GpbCompilerStack &stack, const FieldDescriptor *entry)
 {
     if (stack.uiLayerNum >= GPB_COMPILER_MAX_LAYERS ||
-        stack.astLayer[stack.uiLayerNum].pstDescriptor != entry->message_type() ||
-        stack.astLayer[stack.uiLayerNum].pstMessage == nullptr)
+        stack.astLayer[stack.uiLayerNum].pstDescriptor != entry->message_type())
     {
         return false;
     }

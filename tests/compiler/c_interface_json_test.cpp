@@ -103,6 +103,23 @@ TEST_F(CInterfaceJsonTest, ReportsAJsonTreeThatDoesNotEncode)
                "0: Fail to encode, error code is 1.");
 }
 
+TEST_F(CInterfaceJsonTest, HasNoResultWithoutRequiredFields)
+{
+    addModule("must", R"(syntax = "proto2"; package must;
+        message Top { required int32 id = 1; message Sub { optional int32 x = 1; } optional Sub sub = 2; })");
+    const CompilerHandle compiler = jsonToGpb("must");
+    log().clear();
+    const JsonTree without(R"({"top":{"sub":{"x":1}}})");
+    unsigned int length = kUntouched;
+    EXPECT_EQ(nullptr, GpbXmlCompiler_EncodeJson(compiler.get(), without.root(), without.root(), &length));
+    EXPECT_EQ(0u, length);
+    EXPECT_LOG(log(), "0: Gpb compiler top message is not initialized.");
+    const JsonTree with(R"({"top":{"id":0}})");
+    const char *bytes = GpbXmlCompiler_EncodeJson(compiler.get(), with.root(), with.root(), &length);
+    ASSERT_NE(nullptr, bytes);
+    EXPECT_TRUE(judge().holds("must.Top", std::string(bytes, length), "id: 0"));
+}
+
 TEST_F(CInterfaceJsonTest, ReportsAFullStackWithAllBitsSet)
 {
     addModule("nest", kNodeProto);
@@ -280,6 +297,29 @@ TEST_F(CInterfaceJsonTest, TheCreateFunctionsDifferWhereTheFileNameCannotBeForme
     GpbHost_FailCall(GPB_HOST_SNPRINTF_TRUNCATED, 2);
     EXPECT_EQ(nullptr, xmlToGpb());
     EXPECT_EQ("gpb_xmlcompiler_wrapper.cpp:52\n", takeAssertText());
+}
+
+TEST_F(CInterfaceJsonTest, ATableThatCannotBeZeroedIsAssertedUnderTheNameOfItsSource)
+{
+    const auto sourceOf = [&](const CompilerHandle &compiler)
+    {
+        EXPECT_NE(nullptr, compiler);
+        const std::string text = takeAssertText();
+        return text.substr(0, text.find(':'));
+    };
+    const XmlDocument document("<plant><level>1</level><box><label>a</label></box></plant>");
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    EXPECT_EQ("gpb_jsoncompiler", sourceOf(jsonToGpb()));
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    EXPECT_EQ("gpb_xmlcompilerjson", sourceOf(xmlToJson()));
+    GpbHost_FailCall(GPB_HOST_MEMSET, 1);
+    const CompilerHandle compiler = xmlToGpb();
+    EXPECT_EQ("gpb_xmlcompiler.cpp", sourceOf(compiler));
+    // The table is filled all the same.
+    unsigned int length = 0;
+    unsigned int error = 0;
+    const char *bytes = GpbXmlCompiler_Encode(compiler.get(), document.get(), &length, &error);
+    EXPECT_TRUE(judge().holds("plant.Plant", std::string(bytes, length), "level: 1 box { label: 'a' }"));
 }
 
 TEST_F(CInterfaceJsonTest, CreatesNothingWithoutContextOrName)

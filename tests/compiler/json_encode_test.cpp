@@ -155,6 +155,18 @@ TEST_F(JsonEncodeTest, FailsUnknownKeys)
     encodes(R"("nothing":[])", "");
 }
 
+TEST_F(JsonEncodeTest, StopsAtTheFirstFailure)
+{
+    fails(R"("nothing":1,"nowhere":2,"level":{})",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant]."});
+    fails(R"("boxes":[{"label":"a"},{"nothing":1},{"nowhere":2}],"nowhere":3)",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant.boxes]."});
+    fails(R"("box":{"lid":{"nothing":1},"nowhere":2},"nowhere":3)",
+          {"2: Gpb Compiler leaf node fail to find field [nothing] from [plant.Plant.box.lid]."});
+    fails(R"("states":["sideways",null,"downwards"],"nowhere":1)",
+          {"0: Gpb Compiler  fill leaf fail to translator layer [plant.Plant]."});
+}
+
 TEST_F(JsonEncodeTest, FailsValuesOfTheWrongShape)
 {
     fails(R"("box":5)", {"0: Gpb Compiler fill leaf fail to find translator for node [box] type 11."});
@@ -279,6 +291,16 @@ TEST_F(JsonEncodeTest, OpensTheCaseOfAContainerLeafOrLeafList)
     encodes(R"("left-leaf":"x","inner":{"depth":3},"sides":["b"])", "left{left_leaf:'x' inner{depth:3} sides:Side_B}");
 }
 
+TEST_F(JsonEncodeTest, OpensTheWholeWayToALeafOfAContainerInACase)
+{
+    encodes(R"("depth":3,"level":1)", "left{inner{depth:3}} level:1");
+    // What was opened stays when nothing is stored.
+    encodes(R"("depth":null,"level":1)", "left{inner{}} level:1", {"0: Gpb compiler empty leaf depth, expect type 5."});
+    encodes(R"("sides":["c"],"level":1)", "left{} level:1",
+            {"0: Gpb Compiler  fill leaf fail to translator layer [plant.Plant.left]."});
+    fails(R"("depth":{})", {"0: Gpb Compiler fill layer message Field [depth] type is not message, it is 5."});
+}
+
 TEST_F(JsonEncodeTest, KeepsTheLastCaseOfAChoice)
 {
     encodes(R"("left-leaf":"x","inner":{"depth":3},"right-leaf":"y")", "right{right_leaf:'y'}");
@@ -315,6 +337,27 @@ TEST_F(JsonEncodeTest, HasNoWayToFillGroups)
 }
 
 using JsonEncodeOddityTest = JsonEncodeTest;
+
+// The layer that a case leaves behind is taken again, with the message of the entry that it was opened in.
+TEST_F(JsonEncodeOddityTest, TheCaseOfAnEarlierListEntryIsReused)
+{
+    addModule("pick", R"(syntax = "proto3"; package pick;
+        message Top { message Entry { message One { string one = 1; repeated K ks = 2; enum K { K_A = 0; K_B = 1; }
+                                                    message In { int32 x = 1; } In in = 3; }
+                                      message Two { string two = 1; }
+                                      oneof way { One case_one = 1; Two case_two = 2; } string name = 3; }
+                      repeated Entry entry = 1; })");
+    const auto picks = [&](const std::string &entries, const std::string &textForm)
+    { expectEncodes("pick", "{\"top\":{\"entry\":[" + entries + "]}}", "pick.Top", textForm); };
+    picks(R"({"one":"1","name":"a"},{"one":"2","name":"b"})",
+          "entry { case_one { one: '2' } name: 'a' } entry { name: 'b' }");
+    picks(R"({"one":"1"},{"ks":["b"]})", "entry { case_one { one: '1' ks: K_B } } entry {}");
+    picks(R"({"in":{"x":1}},{"in":{"x":2}})", "entry { case_one { in { x: 2 } } } entry {}");
+    // Another case has another type, and takes the slot.
+    picks(R"({"one":"1"},{"two":"2"},{"one":"3"})",
+          "entry { case_one { one: '1' } } entry { case_two { two: '2' } } entry { case_one { one: '3' } }");
+    picks(R"({"one":"1"},{"case-one":{"one":"2"}})", "entry { case_one { one: '1' } } entry { case_one { one: '2' } }");
+}
 
 TEST_F(JsonEncodeOddityTest, AnObjectUnderALeafListIsTakenAsPartOfItsParent)
 {

@@ -121,6 +121,20 @@ TEST_F(PushAncestorTest, SlotAboveTheTopIsReusedWithItsMessageAndPath)
     expectTop(""); // nothing was opened in the top message
 }
 
+// The type of a slot decides alone. One that a host has left without message takes no values.
+TEST_F(PushAncestorOddities, SlotIsReusedWithoutMessageToo)
+{
+    stackWithTopAt(1);
+    m_stack.astLayer[1].pstDescriptor = type("anc.Top.L1");
+    m_stack.astLayer[1].strXPath = "kept";
+    EXPECT_EQ(0u, GPB_PushAncesDescriptor(field("anc.Top", "l1"), m_stack));
+    EXPECT_EQ(2u, m_stack.uiLayerNum);
+    expectLayer(1, "anc.Top.L1", nullptr, "kept");
+    EXPECT_EQ(1u, GPB_PushAncesDescriptor(field("anc.Top.L1", "l2"), m_stack));
+    EXPECT_EQ(2u, m_stack.uiLayerNum);
+    expectTop("");
+}
+
 TEST_F(PushAncestorTest, ReusedLayerIsTheUpperOneOfTheNext)
 {
     stackWithTopAt(1);

@@ -355,6 +355,60 @@ TEST_F(ThrowingNewTest, JsonRefusalsAreLogged)
     EXPECT_GT(refused, 20u);
 }
 
+// A failed allocation ends the walk of an XML to JSON compiler, or costs the result. It has no factory to lose, so the
+// next encode is whole whatever failed.
+TEST_F(ThrowingNewTest, XmlToJsonIsRefusedOrLosesItsResult)
+{
+    const std::vector<std::string> kRefused = {"0: [GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return 11.",
+                                               "0: [18GpbXmlCompilerJson]Fail to encode, error code is 11."};
+    const std::string kJson = R"({"top":{"name":"n","a-leaf":"1","text":"t","deep":"2",)"
+                              R"("entry":[{"one":"1"},{"two":"2"}],)"
+                              R"("holder":{"name":"a name that is too long for a text to keep in place"}}})";
+    const gpbtest::XmlDocument document(kDocument);
+    uint64_t refused = 0;
+    uint64_t withoutResult = 0;
+    uint64_t count = 0;
+    uint64_t failing = 0;
+    do
+    {
+        ++failing;
+        SCOPED_TRACE("allocation " + std::to_string(failing));
+        GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, "choice", 0);
+        ASSERT_NE(nullptr, compiler);
+        unsigned int length = 7;
+        unsigned int error = 8;
+        const char *text = nullptr;
+        g_lineNum = 0;
+        {
+            const Arm arm(failing);
+            text = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+            count = g_count;
+        }
+        bool hasDump = false;
+        const std::vector<std::string> lines = takeLines(hasDump);
+        if (error != 0)
+        {
+            EXPECT_EQ(11u, error);
+            EXPECT_EQ(7u, length);
+            EXPECT_EQ(nullptr, text);
+            EXPECT_EQ(kRefused, lines);
+            ++refused;
+        }
+        else
+        {
+            EXPECT_TRUE(lines.empty());
+            EXPECT_EQ(text == nullptr ? "" : kJson, std::string(text == nullptr ? "" : text, length));
+            withoutResult += text == nullptr ? 1 : 0;
+        }
+        text = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+        EXPECT_EQ(0u, error);
+        EXPECT_EQ(kJson, text == nullptr ? "" : std::string(text, length));
+        GpbXmlCompiler_Destory(compiler);
+    } while (count >= failing);
+    EXPECT_GT(refused, 10u);
+    EXPECT_GT(withoutResult, 0u);
+}
+
 // A switch of a choice looks at the layers and not into the old case, however much there is in it.
 TEST_F(ThrowingNewTest, FailedSwitchCostsTheSameHoweverLargeTheCase)
 {

@@ -134,6 +134,68 @@ TEST_F(XmlToJsonFaultTest, EndsAtAnEmptyLeafWithoutItem)
     EXPECT_LOG(log(), "0: Fail to translator node [on] value [true].");
 }
 
+TEST_F(XmlToJsonFaultTest, StopsAtEachItemThatCannotBeMadeWhenAsked)
+{
+    const XmlDocument document("<plant><level>1</level><on/><names>a</names><names>b</names><box>\n</box>"
+                               "<boxes><label>l</label></boxes><boxes>\n</boxes></plant>");
+    const auto encodeOnly = [&](size_t failing)
+    {
+        const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
+        compiler->ucStopOnError = 1;
+        const ItemMemory memory(failing);
+        const unsigned int code = compiler->Encode(document.get());
+        compiler->ClearResult();
+        EXPECT_EQ(0u, ItemMemory::held());
+        return code;
+    };
+    EXPECT_EQ(0u, encodeOnly(0));
+    const size_t calls = ItemMemory::calls();
+    EXPECT_GT(calls, 20u);
+    EXPECT_EQ("", log().take());
+    for (size_t failing = 1; failing <= calls; ++failing)
+    {
+        SCOPED_TRACE(failing);
+        EXPECT_EQ(11u, encodeOnly(failing));
+        const std::vector<LogLine> lines = log().lines();
+        EXPECT_EQ(failing == 1, lines.empty());
+        EXPECT_TRUE(failing == 1 ||
+                    lines.back().str() == "0: [GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return 11.");
+        log().clear();
+    }
+}
+
+TEST_F(XmlToJsonFaultTest, KeepsAnIdentityThatCannotBeRewritten)
+{
+    addModule("telemetry", R"(syntax = "proto3"; package t;
+        message TelemetrySystem { message Subscriptions { message Persistent { message Subscription {
+          string encoding = 1; } repeated Subscription subscription = 1; } Persistent persistent = 1; }
+          Subscriptions subscriptions = 1; })");
+    const XmlDocument document("<telemetry-system><subscriptions><persistent><subscription>"
+                               "<encoding xmlns:o='urn:o'>oc-telemetry-types:GPB</encoding>"
+                               "</subscription></persistent></subscriptions></telemetry-system>");
+    const auto encoding = [&]
+    {
+        const auto compiler = open<OpenXmlToJsonCompiler>("telemetry", static_cast<unsigned char>(0));
+        compiler->ucStopOnError = 1;
+        EXPECT_EQ(0u, compiler->Encode(document.get()));
+        const std::string text = takeResult(*compiler, 0).bytes;
+        const size_t begin = text.find("\"encoding\":");
+        return text.substr(begin, text.find('}', begin) - begin);
+    };
+    EXPECT_EQ(R"("encoding":"openconfig-telemetry-types:GPB")", encoding());
+    events().clear();
+    GpbHost_FailCall(GPB_HOST_MALLOC, 1);
+    EXPECT_EQ(R"("encoding":"oc-telemetry-types:GPB")", encoding());
+    EXPECT_EQ(std::vector<std::string>{"gpb_xmlcompilerjson:138"}, events().sites(GPB_HOST_EVENT_FREE));
+    // A text that cannot be written is released again.
+    events().clear();
+    const uint64_t formats = GpbHost_CallCount(GPB_HOST_SPRINTF);
+    EXPECT_EQ(R"("encoding":"openconfig-telemetry-types:GPB")", encoding());
+    GpbHost_FailCall(GPB_HOST_SPRINTF, GpbHost_CallCount(GPB_HOST_SPRINTF) - formats);
+    EXPECT_EQ(R"("encoding":"oc-telemetry-types:GPB")", encoding());
+    EXPECT_EQ("", log().take());
+}
+
 TEST_F(XmlToJsonFaultTest, HasNoResultThatCannotBeCopied)
 {
     const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
