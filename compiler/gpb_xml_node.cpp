@@ -8,6 +8,11 @@ constexpr char IGNORED_ATTRIBUTE[] = "__tlmtIgnored";
 
 bool IsMarkedIgnored(xmlNode *node)
 {
+    // Most elements have no attribute; then only a document's own DTD could give them one.
+    if (node->properties == nullptr && (node->doc == nullptr || node->doc->intSubset == nullptr))
+    {
+        return false;
+    }
     const GpbXmlText value(xmlGetProp(node, reinterpret_cast<const xmlChar *>(IGNORED_ATTRIBUTE)));
     return value != nullptr && *value == '1';
 }
