@@ -4,6 +4,7 @@ import json
 import pathlib
 import sys
 
+import docs
 import evaluate
 import measure
 import table
@@ -19,6 +20,8 @@ def parse_arguments():
     parser.add_argument("--instructions", action="store_true",
                         help="count instructions with callgrind instead of measuring times")
     parser.add_argument("--check", action="store_true", help="fail when a row misses its bar by more than noise")
+    parser.add_argument("--docs", action="store_true",
+                        help="measure nothing; write the tables and plots of docs/performance.md from the last results")
     return parser.parse_args()
 
 
@@ -46,6 +49,9 @@ def run(arguments, results):
 def main():
     arguments = parse_arguments()
     results = load()
+    if arguments.docs:
+        docs.write(results)
+        return 0
     run(arguments, results)
     if not arguments.check:
         return 0

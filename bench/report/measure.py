@@ -1,5 +1,6 @@
 """Runs the benchmark programs and gathers what they measure."""
 import json
+import os
 import pathlib
 import platform
 import re
@@ -23,7 +24,8 @@ def machine():
     """What the figures were measured on."""
     model = re.search(r"model name\s*:\s*(.*)", pathlib.Path("/proc/cpuinfo").read_text())
     load = pathlib.Path("/proc/loadavg").read_text().split()[:3]
-    return {"processor": model.group(1) if model else platform.machine(), "load": " ".join(load)}
+    return {"processor": model.group(1) if model else platform.machine(), "processors": os.cpu_count(),
+            "load": " ".join(load)}
 
 
 def times(directory, quick):
