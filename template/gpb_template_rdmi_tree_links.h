@@ -11,14 +11,16 @@ inline ObjNode *GpbNodeOfLink(CmfTreeNode *link)
     return reinterpret_cast<ObjNode *>(link);
 }
 
+// Two words of the header are the same in every tree service, so that no call is needed for them: the parent comes
+// first, then the first child.
 inline ObjNode *GpbParentOf(const ObjNode *node)
 {
-    return GpbNodeOfLink(CMF_TREE_GetParent(&node->stTree, 0));
+    return GpbNodeOfLink(node->stTree.pstParent);
 }
 
 inline ObjNode *GpbFirstChildOf(const ObjNode *node)
 {
-    return GpbNodeOfLink(CMF_TREE_GetFirstChild(&node->stTree, 0));
+    return GpbNodeOfLink(node->stTree.pstFirstChild);
 }
 
 inline ObjNode *GpbNextSiblingOf(const ObjNode *node)

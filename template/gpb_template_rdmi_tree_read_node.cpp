@@ -56,11 +56,13 @@ uint32_t GPBLIB_Encoding_ReadVarInt(uint64_t *pulValue, const uint8_t *pucBytes,
     {
         return 0;
     }
+    const uint32_t room = uiLen < GPB_VARINT_MAX_SIZE ? uiLen : GPB_VARINT_MAX_SIZE;
     uint64_t value = 0;
-    for (uint32_t i = 0; i < uiLen && i < GPB_VARINT_MAX_SIZE; ++i)
+    for (uint32_t i = 0; i < room; ++i)
     {
-        value |= static_cast<uint64_t>(pucBytes[i] & GPB_VARINT_PAYLOAD) << (GPB_VARINT_PAYLOAD_BITS * i);
-        if ((pucBytes[i] & GPB_VARINT_CONTINUED) == 0)
+        const uint64_t byte = pucBytes[i];
+        value |= (byte & GPB_VARINT_PAYLOAD) << (GPB_VARINT_PAYLOAD_BITS * i);
+        if ((byte & GPB_VARINT_CONTINUED) == 0)
         {
             *pulValue = value;
             return i + 1;
