@@ -5,6 +5,7 @@
 #include <google/protobuf/message.h>
 #include <vector>
 
+#include "compiler/gpb_record.h"
 #include "core/gpb_barrier.h"
 
 using google::protobuf::FieldDescriptor;
@@ -69,6 +70,17 @@ uint32_t SlotsWithin(const GpbCompilerStack &stack, uint32_t slots, const Messag
     return found;
 }
 
+uint32_t SlotsWithin(const GpbCompilerStack &stack, uint32_t slots, const GpbRecord &old)
+{
+    uint32_t found = 0;
+    for (uint32_t i = 0; i < GPB_COMPILER_STACK_DEPTH; ++i)
+    {
+        const GpbRecord *record = (slots & SlotBit(i)) == 0 ? nullptr : GpbRecordOf(stack.astLayer[i].pstMessage);
+        found |= record != nullptr && record->IsWithin(old) ? SlotBit(i) : 0;
+    }
+    return found;
+}
+
 const FieldDescriptor *CurrentCase(const Message &message, const OneofDescriptor *choice)
 {
     return message.GetReflection()->GetOneofFieldDescriptor(message, choice);
@@ -76,44 +88,55 @@ const FieldDescriptor *CurrentCase(const Message &message, const OneofDescriptor
 
 } // namespace
 
-GpbCaseSwitch::GpbCaseSwitch(GpbCompilerStack &stack, Message *message, const FieldDescriptor *field)
-    : stack_(stack), message_(message)
+void GpbCaseSwitch::RememberCase(const FieldDescriptor *field)
 {
-    const OneofDescriptor *choice = field->containing_oneof();
-    if (choice == nullptr || message == nullptr || field->containing_type() != message->GetDescriptor())
+    const OneofDescriptor *choice = field->real_containing_oneof();
+    if (choice == nullptr || message_ == nullptr || field->containing_type() != message_->GetDescriptor() ||
+        LeftBehindSlots(stack_) == 0)
     {
         return;
     }
-    const FieldDescriptor *current = CurrentCase(*message, choice);
+    if (const GpbRecord *record = GpbRecordOf(message_))
+    {
+        oldCase_ = field;
+        oldRecord_ = record->CaseOf(choice);
+        return;
+    }
+    const FieldDescriptor *current = CurrentCase(*message_, choice);
     if (current == nullptr || current == field || current->cpp_type() != FieldDescriptor::CPPTYPE_MESSAGE)
     {
         return;
     }
-    if (LeftBehindSlots(stack) == 0)
-    {
-        return;
-    }
     oldCase_ = current;
-    oldMessage_.reset(message->GetReflection()->ReleaseMessage(message, current));
+    oldMessage_.reset(message_->GetReflection()->ReleaseMessage(message_, current));
 }
 
-GpbCaseSwitch::~GpbCaseSwitch()
+void GpbCaseSwitch::ForgetCase()
 {
-    if (oldMessage_ == nullptr)
+    const OneofDescriptor *choice = oldCase_->containing_oneof();
+    if (oldRecord_ != nullptr)
     {
+        if (GpbRecordOf(message_)->CaseOf(choice) != oldRecord_)
+        {
+            ForgetSlots(SlotsWithin(stack_, LeftBehindSlots(stack_), *oldRecord_));
+        }
         return;
     }
-    if (CurrentCase(*message_, oldCase_->containing_oneof()) == nullptr)
+    if (CurrentCase(*message_, choice) == nullptr)
     {
         message_->GetReflection()->SetAllocatedMessage(message_, oldMessage_.release(), oldCase_);
         return;
     }
     // Without memory to search with, no slot is reused.
     const uint32_t slots = LeftBehindSlots(stack_);
-    const uint32_t gone = GpbNoThrow(slots, [&] { return SlotsWithin(stack_, slots, *oldMessage_); });
+    ForgetSlots(GpbNoThrow(slots, [&] { return SlotsWithin(stack_, slots, *oldMessage_); }));
+}
+
+void GpbCaseSwitch::ForgetSlots(uint32_t slots)
+{
     for (uint32_t i = 0; i < GPB_COMPILER_STACK_DEPTH; ++i)
     {
-        if ((gone & SlotBit(i)) != 0)
+        if ((slots & SlotBit(i)) != 0)
         {
             stack_.astLayer[i].pstDescriptor = nullptr;
             stack_.astLayer[i].pstMessage = nullptr;

@@ -2,12 +2,14 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
+#include <typeinfo>
 #include <utility>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_module_plan.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -54,7 +56,9 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
 
 unsigned int GpbJsonCompiler::GPB_CompilerStackInitTop(cJSON *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, pstMeasuredType},
+    // Only a subclass can look at the message.
+    const bool isSubclass = typeid(*this) != typeid(GpbJsonCompiler);
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, &pstPlan->records, isSubclass},
                             GpbLib_Json_GetObjectName(pstRoot), TOP_LAYER_LOG, stLayer);
 }
 

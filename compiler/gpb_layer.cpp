@@ -4,16 +4,18 @@
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/dynamic_message.h>
 #include <google/protobuf/message.h>
+#include <memory>
 #include <utility>
 
+#include "compiler/gpb_record.h"
+#include "compiler/gpb_record_plan.h"
+#include "compiler/gpb_record_writer.h"
 #include "compiler/gpb_sub_message.h"
-#include "compiler/gpb_type_chain.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
-using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 using google::protobuf::Message;
@@ -23,19 +25,21 @@ namespace
 
 constexpr uint32_t NO_SUFFIX = 1;
 
-// Null for a type that the factory would not survive: it makes the types of the fields by calling itself. The types
-// that it makes later on, for lists and choices, are all reached from the top, so they need no look of their own.
-const Message *TopPrototype(const GpbTopLayerSource &source, const Descriptor *type)
+// The most bytes that protobuf serializes a message into.
+constexpr size_t MAX_MESSAGE_SIZE = INT32_MAX;
+
+// Makes the bytes of a message; false when there are too many of them.
+bool Serialize(const Message &message, std::string &buffer)
 {
-    if (source.measuredType != type)
+    const GpbRecord *record = GpbRecordOf(&message);
+    if (record == nullptr)
     {
-        if (GpbLongestTypeChain(type) > GPB_COMPILER_MAX_TYPE_CHAIN)
-        {
-            return nullptr;
-        }
-        source.measuredType = type;
+        return message.SerializeToString(&buffer);
     }
-    return source.factory->GetPrototype(type);
+    GpbBackwardWriter writer(MAX_MESSAGE_SIZE);
+    GpbWriteRecord(*record, writer);
+    buffer.assign(writer.Written());
+    return true;
 }
 
 } // namespace
@@ -67,7 +71,15 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
                    path);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
-    const Message *prototype = TopPrototype(source, layer.pstDescriptor);
+    const GpbTopType type = source.plan->TopTypeOf(layer.pstDescriptor);
+    if (type.record != nullptr && !source.needsMessage)
+    {
+        layer.pstMessage = GpbRecord::NewTop(*type.record).release();
+        return GPB_COMPILER_OK;
+    }
+    // A factory makes the types of the fields by calling itself. The types that it makes later on, for lists and
+    // choices, are all reached from the top, so they need no look of their own.
+    const Message *prototype = type.fitsFactory ? source.factory->GetPrototype(layer.pstDescriptor) : nullptr;
     if (prototype == nullptr)
     {
         GPB_LOG_AS(source.libHandle, GPB_LOG_ERROR, log.function, log.prototypeLine,
@@ -92,7 +104,15 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
 {
-    if (upper == nullptr || upper->GetDescriptor() != field->containing_type() || upper->GetReflection() == nullptr)
+    if (upper == nullptr || upper->GetDescriptor() != field->containing_type())
+    {
+        return nullptr;
+    }
+    if (GpbRecord *record = GpbRecordOf(upper))
+    {
+        return record->Open(field);
+    }
+    if (upper->GetReflection() == nullptr)
     {
         return nullptr;
     }
@@ -124,13 +144,13 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
         return nullptr;
     }
-    // The look for required fields allocates, too: a failure of it is one to serialize.
+    // The look for required fields allocates, too: a failure of it is one to serialize. Records have none.
     bool isInitialized = true;
     const bool isDone = GpbNoThrow(false,
                                    [&]
                                    {
-                                       isInitialized = message->IsInitialized();
-                                       return isInitialized && message->SerializeToString(&buffer);
+                                       isInitialized = GpbRecordOf(message) != nullptr || message->IsInitialized();
+                                       return isInitialized && Serialize(*message, buffer);
                                    });
     if (!isInitialized)
     {
@@ -149,5 +169,18 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
 
 std::string GpbDebugText(const Message *message)
 {
-    return message == nullptr ? "There is no valid encode message." : message->DebugString();
+    if (message == nullptr)
+    {
+        return "There is no valid encode message.";
+    }
+    const GpbRecord *record = GpbRecordOf(message);
+    if (record == nullptr)
+    {
+        return message->DebugString();
+    }
+    // A factory of its own: one that memory has run out on is of no more use, and the compiler's must stay of use.
+    google::protobuf::DynamicMessageFactory factory(message->GetDescriptor()->file()->pool());
+    const std::unique_ptr<Message> copy(factory.GetPrototype(message->GetDescriptor())->New());
+    GpbCopyRecord(*record, *copy);
+    return copy->DebugString();
 }

@@ -8,6 +8,8 @@
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
+class GpbRecordPlan;
+
 /// The top layer, or the unused first slot of an empty stack, in which nothing is found.
 inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)
 {
@@ -24,7 +26,8 @@ struct GpbTopLayerSource
     const google::protobuf::FileDescriptor *file;
     const google::protobuf::compiler::Importer *importer;
     google::protobuf::DynamicMessageFactory *factory;
-    const google::protobuf::Descriptor *&measuredType; ///< the compiler's last top type that the factory can make
+    GpbRecordPlan *plan;
+    bool needsMessage; ///< somebody may look at the message, so it must not be a record
 };
 
 /// The function and the lines under which a compiler reports that its top layer cannot be made.
@@ -36,7 +39,8 @@ struct GpbTopLayerLog
     uint32_t messageLine;
 };
 
-/// Fills the layer of a top-level container, with a new message that the caller owns; 0 or a GPB_COMPILER_ code.
+/// Fills the layer of a top-level container, with a new message that the caller owns; 0 or a GPB_COMPILER_ code. The
+/// message is a record where that will do.
 unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *containerName, const GpbTopLayerLog &log,
                               GpbCompilerStackLayer &layer);
 

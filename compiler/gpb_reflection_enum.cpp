@@ -41,8 +41,8 @@ const char *TakeToken(const char *text, Token &token)
     return blank == nullptr ? end : blank + 1;
 }
 
-unsigned int StoreToken(const GpbCompilerStackLayer &layer, const Reflection *reflection, const FieldDescriptor *field,
-                        const EnumDescriptor *type, const Token &token)
+unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const EnumDescriptor *type,
+                        const Token &token)
 {
     char name[VALUE_NAME_ROOM] = {};
     if (GpbXmlCompilerBase_EnumYang2Proto(token.text, type->name().c_str(), name, GPB_NAME_SIZE) == nullptr)
@@ -57,21 +57,13 @@ unsigned int StoreToken(const GpbCompilerStackLayer &layer, const Reflection *re
     }
     // The name was searched among all enums of the message, so the value may be another enum's: only its number is safe
     // to store.
-    if (field->is_repeated())
-    {
-        reflection->AddEnumValue(layer.pstMessage, field, value->number());
-    }
-    else
-    {
-        reflection->SetEnumValue(layer.pstMessage, field, value->number());
-    }
-    return GPB_COMPILER_OK;
+    return GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, value->number(), &Reflection::AddEnumValue,
+                         &Reflection::SetEnumValue);
 }
 
 unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *text)
 {
-    const Reflection *reflection = GpbReflectionOf(layer, field, FieldDescriptor::CPPTYPE_ENUM);
-    if (reflection == nullptr || field->enum_type() == nullptr)
+    if (!GpbTakesField(layer, field, FieldDescriptor::CPPTYPE_ENUM) || field->enum_type() == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
@@ -79,7 +71,7 @@ unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescript
     {
         Token token;
         text = TakeToken(text, token);
-        const unsigned int result = StoreToken(layer, reflection, field, field->enum_type(), token);
+        const unsigned int result = StoreToken(layer, field, field->enum_type(), token);
         if (result != GPB_COMPILER_OK)
         {
             return result;

@@ -44,8 +44,9 @@ unsigned int GpbCompiler_StrTrans_ToInt64(const GpbCompilerStackLayer &stLayer, 
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbStore<int64_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_INT64, std::strtoll(pcValue, nullptr, DECIMAL),
-                             &Reflection::AddInt64, &Reflection::SetInt64);
+    return GpbStore<int64_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_INT64,
+                             static_cast<int64_t>(std::strtoll(pcValue, nullptr, DECIMAL)), &Reflection::AddInt64,
+                             &Reflection::SetInt64);
 }
 
 unsigned int GpbCompiler_StrTrans_ToUInt64(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
@@ -56,7 +57,8 @@ unsigned int GpbCompiler_StrTrans_ToUInt64(const GpbCompilerStackLayer &stLayer,
         return GPB_COMPILER_ERR;
     }
     return GpbStore<uint64_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_UINT64,
-                              std::strtoull(pcValue, nullptr, DECIMAL), &Reflection::AddUInt64, &Reflection::SetUInt64);
+                              static_cast<uint64_t>(std::strtoull(pcValue, nullptr, DECIMAL)), &Reflection::AddUInt64,
+                              &Reflection::SetUInt64);
 }
 
 unsigned int GpbCompiler_StrTrans_ToInt32(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
@@ -102,10 +104,6 @@ unsigned int GpbCompiler_StrTrans_ToString(const GpbCompilerStackLayer &stLayer,
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbNoThrow(GPB_COMPILER_ERR,
-                      [&]
-                      {
-                          return GpbStore<std::string>(stLayer, pstField, FieldDescriptor::CPPTYPE_STRING, pcValue,
-                                                       &Reflection::AddString, &Reflection::SetString);
-                      });
+    return GpbStore<std::string>(stLayer, pstField, FieldDescriptor::CPPTYPE_STRING, std::string_view(pcValue),
+                                 &Reflection::AddString, &Reflection::SetString);
 }

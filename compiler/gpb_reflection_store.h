@@ -4,22 +4,19 @@
 
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
+#include <string_view>
 
+#include "compiler/gpb_record.h"
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// The reflection through which `field` of a layer can be stored as a value of C++ type `kind`; null when it cannot.
-/// Reflection ends the process when it is used with a field of another message or of another type, so it is asked here.
-inline const google::protobuf::Reflection *GpbReflectionOf(const GpbCompilerStackLayer &layer,
-                                                           const google::protobuf::FieldDescriptor *field,
-                                                           google::protobuf::FieldDescriptor::CppType kind)
+/// Whether `field` of a layer can be stored as a value of C++ type `kind`. Reflection ends the process when it is used
+/// with a field of another message or of another type, so it is asked here.
+inline bool GpbTakesField(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
+                          google::protobuf::FieldDescriptor::CppType kind)
 {
-    if (layer.pstMessage == nullptr || field == nullptr ||
-        field->containing_type() != layer.pstMessage->GetDescriptor() || field->cpp_type() != kind)
-    {
-        return nullptr;
-    }
-    return layer.pstMessage->GetReflection();
+    return layer.pstMessage != nullptr && field != nullptr &&
+           field->containing_type() == layer.pstMessage->GetDescriptor() && field->cpp_type() == kind;
 }
 
 /// A setter or an adder of protobuf's reflection.
@@ -27,21 +24,42 @@ template <typename Value>
 using GpbStoreFunc = void (google::protobuf::Reflection::*)(google::protobuf::Message *,
                                                             const google::protobuf::FieldDescriptor *, Value) const;
 
-/// Adds a value to a repeated field or sets a singular one; 0, or 1 when the layer cannot take it.
+/// As a record keeps values: numbers by their bits, texts as they are.
 template <typename Value>
+uint64_t GpbForRecord(Value value)
+{
+    return GpbRecordNumber(value);
+}
+
+inline std::string_view GpbForRecord(std::string_view text)
+{
+    return text;
+}
+
+/// Adds a value to a repeated field or sets a singular one; 0, or 1 when the layer cannot take it.
+template <typename Value, typename Given>
 unsigned int GpbStore(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
-                      google::protobuf::FieldDescriptor::CppType kind, Value value, GpbStoreFunc<Value> add,
+                      google::protobuf::FieldDescriptor::CppType kind, Given value, GpbStoreFunc<Value> add,
                       GpbStoreFunc<Value> set)
 {
     return GpbNoThrow(GPB_COMPILER_ERR,
                       [&]
                       {
-                          const google::protobuf::Reflection *reflection = GpbReflectionOf(layer, field, kind);
+                          if (!GpbTakesField(layer, field, kind))
+                          {
+                              return GPB_COMPILER_ERR;
+                          }
+                          if (GpbRecord *record = GpbRecordOf(layer.pstMessage))
+                          {
+                              record->Store(field, GpbForRecord(value));
+                              return GPB_COMPILER_OK;
+                          }
+                          const google::protobuf::Reflection *reflection = layer.pstMessage->GetReflection();
                           if (reflection == nullptr)
                           {
                               return GPB_COMPILER_ERR;
                           }
-                          (reflection->*(field->is_repeated() ? add : set))(layer.pstMessage, field, std::move(value));
+                          (reflection->*(field->is_repeated() ? add : set))(layer.pstMessage, field, Value(value));
                           return GPB_COMPILER_OK;
                       });
 }

@@ -89,7 +89,7 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
         {
             GPB_LOG_AS(pvLibHandle, GPB_LOG_DUMP, ENCODE, LINE_ENCODED,
                        "[GpbXmlCompiler][Encode]Success encode, message structure is:\n%s.",
-                       pstMessage->DebugString().c_str());
+                       GpbDebugText(pstMessage).c_str());
         });
     return GPB_COMPILER_OK;
 }

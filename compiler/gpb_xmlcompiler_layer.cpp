@@ -4,8 +4,11 @@
 #include <google/protobuf/dynamic_message.h>
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
+#include <typeinfo>
 
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_module_plan.h"
+#include "compiler/gpb_record.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -27,7 +30,9 @@ constexpr GpbTopLayerLog TOP_LAYER_LOG = {"InitCompilerTopLayer", 235, 241, 247}
 
 unsigned int GpbXmlCompiler::InitCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStackLayer &stLayer)
 {
-    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, pstMeasuredType},
+    // Only a subclass can look at the message.
+    const bool isSubclass = typeid(*this) != typeid(GpbXmlCompiler);
+    return GpbSetUpTopLayer({pvLibHandle, pstFileDesc, pstImporter, pstMsgFactory, &pstPlan->records, isSubclass},
                             GpbXmlNodeName(pstRoot), TOP_LAYER_LOG, stLayer);
 }
 
@@ -41,6 +46,11 @@ unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCo
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_TYPE,
                 "[GpbXmlCompiler][GenerateLayer]Fail to find message type for path %s.", stLayer.strXPath.c_str());
         return GPB_COMPILER_NO_MESSAGE_TYPE;
+    }
+    // The records of a document need no prototypes.
+    if (pstUpper != nullptr && GpbRecordOf(pstUpper->pstMessage) != nullptr)
+    {
+        return GPB_COMPILER_OK;
     }
     const Message *prototype = pstMsgFactory->GetPrototype(stLayer.pstDescriptor);
     if (prototype == nullptr)

@@ -3,6 +3,7 @@
 #include <google/protobuf/dynamic_message.h>
 #include <mutex>
 
+#include "compiler/gpb_module_plan.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "platform/safe_string.h"
@@ -52,8 +53,8 @@ unsigned char GpbXmlCompilerBase::aucSpecialCharTable[256] = {};
 
 GpbXmlCompilerBase::GpbXmlCompilerBase(const google::protobuf::FileDescriptor *pstFile,
                                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle)
-    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport),
-      pstFieldFinder(std::make_unique<GpbFieldFinder>())
+    : pvLibHandle(pvHandle), pstFileDesc(pstFile), pstImporter(pstImport), pstPlan(GpbPlanOf(pvHandle, pstImport)),
+      pstFieldFinder(std::make_unique<GpbFieldFinder>(pstPlan->names))
 {
     pstMsgFactory = new google::protobuf::DynamicMessageFactory(pstImporter->pool());
     FillSpecialCharTable();

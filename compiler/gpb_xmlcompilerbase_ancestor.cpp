@@ -5,7 +5,7 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
-#include "compiler/gpb_sub_message.h"
+#include "compiler/gpb_layer.h"
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -50,12 +50,8 @@ Message *OpenMessage(GpbCompilerStack &stack, Message *parent, const FieldDescri
     {
         return nullptr;
     }
-    if (parent->GetReflection() == nullptr)
-    {
-        return nullptr;
-    }
     const GpbCaseSwitch caseSwitch(stack, parent, entry);
-    return GpbMutableSubMessage(parent, entry);
+    return GpbOpenLayerMessage(parent, entry);
 }
 
 // Takes the slot above the top as it was left, message and path included, if it is of the right type, which is all that

@@ -126,3 +126,19 @@ ZeroCopyInputStream *GpbSourceTree::Open(const std::string &filename)
     }
     return DiskSourceTree::Open(filename);
 }
+
+std::shared_ptr<void> GpbSourceTree::Derived(const std::function<std::shared_ptr<void>()> &make)
+{
+    const std::lock_guard<std::mutex> lock(derivedMutex_);
+    if (derived_ == nullptr)
+    {
+        derived_ = make();
+    }
+    return derived_;
+}
+
+void GpbSourceTree::DropDerived()
+{
+    const std::lock_guard<std::mutex> lock(derivedMutex_);
+    derived_.reset();
+}

@@ -85,6 +85,15 @@ void MapAllPaths(GpbLibContext *context, GpbPbSourceTree &tree)
     tree.MapPath("", directory.text);
 }
 
+void GpbDropDerived(const GpbLibContext *context)
+{
+    auto *tree = dynamic_cast<GpbSourceTree *>(context->pstSourceTree);
+    if (tree != nullptr)
+    {
+        tree->DropDerived();
+    }
+}
+
 const char *LastComponent(const char *path)
 {
     const char *slash = YOS_StrRChr(path, '/');
@@ -160,6 +169,17 @@ uint32_t GPBLIB_GetProtoFilePath(GpbLibContext *pstCtx, char *pcOut, const char 
     return 0;
 }
 
+std::shared_ptr<void> GpbDerivedOf(const GpbLibContext *context, const GpbPbImporter *importer,
+                                   const std::function<std::shared_ptr<void>()> &make)
+{
+    if (context == nullptr || context->pstImporter != importer)
+    {
+        return make();
+    }
+    auto *tree = dynamic_cast<GpbSourceTree *>(context->pstSourceTree);
+    return tree == nullptr ? make() : tree->Derived(make);
+}
+
 uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
 {
     if (pstCtx == nullptr)
@@ -178,6 +198,8 @@ uint32_t GPBLIB_ProtoTreeInitial_(GpbLibContext *pstCtx)
                           }
                           if (pstCtx->pstImporter == nullptr)
                           {
+                              // What was derived from an importer that a host has taken away is of no use any more.
+                              GpbDropDerived(pstCtx);
                               pstCtx->pstImporter =
                                   new google::protobuf::compiler::Importer(pstCtx->pstSourceTree, nullptr);
                           }
@@ -209,7 +231,8 @@ void GPBLIB_ProtoTreeUninitial_(GpbLibContext *pstCtx)
     {
         return;
     }
-    // The importer reads through the tree, so it goes first.
+    // The importer reads through the tree, so it goes first; what points into it, before both.
+    GpbDropDerived(pstCtx);
     delete pstCtx->pstImporter;
     pstCtx->pstImporter = nullptr;
     delete pstCtx->pstSourceTree;

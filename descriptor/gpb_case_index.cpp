@@ -2,94 +2,44 @@
 
 #include <google/protobuf/descriptor.h>
 #include <string>
-#include <utility>
 
 #include "descriptor/gpb_case_collection.h"
+#include "descriptor/gpb_layer_suffix.h"
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 
-namespace
+GpbCaseIndex::GpbCaseIndex(const Descriptor *message, int32_t layer) : message_(message), layer_(layer)
 {
-
-// A search asks each case for the name, and for the name with its layer number.
-constexpr size_t LOOK_UPS_PER_CASE = 2;
-
-// Adds what protobuf finds in a case by a field's name, under that name without the last `cut` characters. That need
-// not be the field itself: where names differ in case alone, protobuf finds one of them, and nothing when that one is
-// an extension that is declared in the message.
-void AddName(std::unordered_map<std::string_view, GpbFoundField> &fields, const std::string &lowercaseName, size_t cut,
-             const FieldDescriptor *caseField)
-{
-    const FieldDescriptor *found = caseField->message_type()->FindFieldByLowercaseName(lowercaseName);
-    if (found != nullptr)
+    const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
+    uint32_t count = 0;
+    if (GpbCollectCases(message, cases, GPB_MAX_CASE_FIELDS, count) != 0)
     {
-        const std::string_view name(lowercaseName.data(), lowercaseName.size() - cut);
-        fields.try_emplace(name, GpbFoundField{found, caseField});
+        // Too many cases: nothing will ever be found.
+        return;
+    }
+    for (uint32_t i = 0; i < count; ++i)
+    {
+        if (!AddCase(cases[i]))
+        {
+            return;
+        }
     }
 }
 
-} // namespace
-
-GpbFoundField GpbCaseIndex::Find(const char *name)
+GpbFoundField GpbCaseIndex::Find(std::string_view name) const
 {
-    if (state_ == State::NEW)
-    {
-        CollectCases();
-    }
-    if (state_ == State::SEARCHING && lookUpCount_ >= fieldCount_)
-    {
-        MakeIndex();
-    }
-    if (state_ == State::SEARCHING)
-    {
-        lookUpCount_ += cases_.size() * LOOK_UPS_PER_CASE;
-        return GpbSearchCases(message_, name, layer_);
-    }
     const auto known = fields_.find(name);
     return known == fields_.end() ? GpbFoundField() : known->second;
 }
 
-void GpbCaseIndex::CollectCases()
-{
-    const FieldDescriptor *cases[GPB_MAX_CASE_FIELDS] = {};
-    uint32_t count = 0;
-    if (GpbCollectCases(message_, cases, GPB_MAX_CASE_FIELDS, count) != 0 || count == 0)
-    {
-        // Too many cases, or none: nothing will ever be found.
-        state_ = State::INDEXED;
-        return;
-    }
-    cases_.assign(cases, cases + count);
-    for (const FieldDescriptor *caseField : cases_)
-    {
-        fieldCount_ += static_cast<size_t>(caseField->message_type()->field_count());
-    }
-    state_ = State::SEARCHING;
-}
-
-void GpbCaseIndex::MakeIndex()
-{
-    Fields fields;
-    fields.reserve(fieldCount_);
-    for (const FieldDescriptor *caseField : cases_)
-    {
-        if (!AddCase(fields, caseField))
-        {
-            break;
-        }
-    }
-    fields_ = std::move(fields);
-    state_ = State::INDEXED;
-}
-
 // Adds what this case has under names that no earlier case has; false when the case ends the search.
-bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) const
+bool GpbCaseIndex::AddCase(const FieldDescriptor *caseField)
 {
     const Descriptor *caseMessage = caseField->message_type();
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        AddName(fields, caseField->message_type()->field(i)->lowercase_name(), 0, caseField);
+        AddName(caseMessage->field(i)->lowercase_name(), caseField, caseMessage->field(i));
     }
     const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message_, layer_));
     // A case message from elsewhere has no layer number here, and deliberately ends the search.
@@ -97,16 +47,26 @@ bool GpbCaseIndex::AddCase(Fields &fields, const FieldDescriptor *caseField) con
     {
         return false;
     }
-    const std::string suffix = std::to_string(layer);
+    const GpbLayerSuffix suffix(layer);
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
         const std::string &longName = caseMessage->field(i)->lowercase_name();
-        const bool hasSuffix = longName.size() >= suffix.size() && longName.size() < GPB_NAME_SIZE &&
-                               longName.compare(longName.size() - suffix.size(), suffix.size(), suffix) == 0;
-        if (hasSuffix)
+        if (suffix.Ends(longName))
         {
-            AddName(fields, longName, suffix.size(), caseField);
+            AddName(suffix.CutOff(longName), caseField, caseMessage->field(i));
         }
     }
     return true;
+}
+
+// Adds what protobuf finds in a case by the lower-case name of one of its fields. That need not be the field itself:
+// where names differ in case alone, protobuf finds one of them, and nothing when that one is an extension that is
+// declared in the message.
+void GpbCaseIndex::AddName(std::string_view name, const FieldDescriptor *caseField, const FieldDescriptor *member)
+{
+    const FieldDescriptor *found = caseField->message_type()->FindFieldByLowercaseName(member->lowercase_name());
+    if (found != nullptr)
+    {
+        fields_.try_emplace(name, GpbFoundField{found, caseField});
+    }
 }

@@ -26,6 +26,7 @@ class Message;
 } // namespace google::protobuf
 
 class GpbFieldFinder;
+struct GpbModulePlan;
 
 /** Result codes of the compilers. */
 #define GPB_COMPILER_OK 0U
@@ -245,14 +246,14 @@ protected:
     google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr;
     unsigned char ucStopOnError = 0; /**< non-zero: a walk stops at the first container or leaf that fails */
 
-    /** Remembers which field a node name stands for, so that a name is searched once per message type. */
+    /** What all compilers of the importer share: which field a node name stands for, and how messages are written. */
+    std::shared_ptr<GpbModulePlan> pstPlan;
+
+    /** Asks the plan for fields, and remembers where it asked last. */
     std::unique_ptr<GpbFieldFinder> pstFieldFinder;
 
     /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
     unsigned char ucFactoryBroken = 0;
-
-    /** The last top type whose types in each other were counted and found to be few enough, or null. */
-    const google::protobuf::Descriptor *pstMeasuredType = nullptr;
 };
 
 /** Turns an XML document into a serialized GPB message. */

@@ -1,13 +1,12 @@
-// The index of case fields answers as the search through the cases does, before and after it is made.
+// The index of case fields answers as the search through the cases does.
 #include "descriptor/gpb_case_index.h"
 
 #include <google/protobuf/descriptor.h>
 #include <gtest/gtest.h>
-#include <random>
 #include <set>
 #include <string>
 
-#include "gpb_templatelib/gpb_host.h"
+#include "case_index/random_proto.h"
 #include "support/proto_judge.h"
 
 using google::protobuf::Descriptor;
@@ -18,59 +17,20 @@ namespace
 
 constexpr int32_t MAX_LAYER = 4;
 
-void CollectNames(const Descriptor *message, std::set<std::string> &names)
-{
-    for (int i = 0; i < message->field_count(); ++i)
-    {
-        std::string name = message->field(i)->lowercase_name();
-        names.insert(name);
-        // What a document calls a field with a layer suffix, and names that only look so.
-        while (!name.empty() && name.back() >= '0' && name.back() <= '9')
-        {
-            name.pop_back();
-            names.insert(name);
-        }
-    }
-    for (int i = 0; i < message->nested_type_count(); ++i)
-    {
-        CollectNames(message->nested_type(i), names);
-    }
-}
-
-std::set<std::string> NamesAround(const Descriptor *message)
-{
-    std::set<std::string> names = {"", "no_such_name", "2", std::string(127, 'n')};
-    for (int i = 0; i < message->file()->message_type_count(); ++i)
-    {
-        CollectNames(message->file()->message_type(i), names);
-    }
-    return names;
-}
-
-uint64_t PlainSearchCalls()
-{
-    return GpbHost_CallCount(GPB_HOST_STRCPY);
-}
-
-// Asks an index for every name until it has long been made, and compares each answer with the plain search.
-// Returns how many fields were found in cases in one round.
+// Asks an index for every name, and compares each answer with the plain search. Returns how many fields were found.
 size_t CompareAnswers(const Descriptor *message, int32_t layer)
 {
-    const std::set<std::string> names = NamesAround(message);
+    const std::set<std::string> names = gpbtest::namesAround(message);
     GpbCaseIndex index(message, layer);
     size_t found = 0;
-    for (int round = 0; round < 4; ++round)
+    for (const std::string &name : names)
     {
-        found = 0;
-        for (const std::string &name : names)
-        {
-            const FieldDescriptor *caseField = nullptr;
-            const FieldDescriptor *field = GPB_GetFieldDescByOneof(name.c_str(), message, layer, &caseField);
-            const GpbFoundField answer = index.Find(name.c_str());
-            EXPECT_EQ(answer.field, field) << name << " in " << message->full_name() << " layer " << layer;
-            EXPECT_EQ(answer.caseField, caseField) << name << " in " << message->full_name() << " layer " << layer;
-            found += field == nullptr ? 0 : 1;
-        }
+        const FieldDescriptor *caseField = nullptr;
+        const FieldDescriptor *field = GPB_GetFieldDescByOneof(name.c_str(), message, layer, &caseField);
+        const GpbFoundField answer = index.Find(name);
+        EXPECT_EQ(answer.field, field) << name << " in " << message->full_name() << " layer " << layer;
+        EXPECT_EQ(answer.caseField, caseField) << name << " in " << message->full_name() << " layer " << layer;
+        found += field == nullptr ? 0 : 1;
     }
     return found;
 }
@@ -230,105 +190,13 @@ TEST_F(CaseIndex, AFullCollectionFindsNothing)
     EXPECT_EQ(CompareAnswers(TypeOf(Choice(256), "m.Top"), 1), 0U);
 }
 
-TEST_F(CaseIndex, SearchesEndOnceTheyHaveCostAsMuchAsTheIndex)
-{
-    // 200 cases of two fields: a search looks up 400 names, as many as there are fields, so the second one is indexed.
-    const Descriptor *top = TypeOf(Choice(200), "m.Top");
-    GpbCaseIndex index(top, 1);
-    uint64_t before = PlainSearchCalls();
-    EXPECT_NE(index.Find("leaf_199_x").field, nullptr);
-    EXPECT_GT(PlainSearchCalls(), before);
-
-    before = PlainSearchCalls();
-    EXPECT_NE(index.Find("leaf_198_x").field, nullptr);
-    EXPECT_EQ(index.Find("no_such_name").field, nullptr);
-    EXPECT_EQ(PlainSearchCalls(), before);
-}
-
-TEST_F(CaseIndex, ABigCaseIsSearchedForLonger)
-{
-    // One case of 100 fields: 50 searches look up as many names.
-    std::string fields;
-    for (int i = 1; i <= 100; ++i)
-    {
-        fields += "string field_" + std::to_string(i) + "_x = " + std::to_string(i) + ";\n";
-    }
-    const Descriptor *top =
-        TypeOf("syntax = \"proto3\"; package m; message Top { message A {\n" + fields + "} oneof choice { A a = 1; } }",
-               "m.Top");
-    GpbCaseIndex index(top, 1);
-    for (int i = 0; i < 50; ++i)
-    {
-        const uint64_t before = PlainSearchCalls();
-        EXPECT_EQ(index.Find("no_such_name").field, nullptr);
-        EXPECT_GT(PlainSearchCalls(), before) << i;
-    }
-    const uint64_t before = PlainSearchCalls();
-    EXPECT_EQ(index.Find("no_such_name").field, nullptr);
-    EXPECT_NE(index.Find("field_100_x").field, nullptr);
-    EXPECT_EQ(PlainSearchCalls(), before);
-}
-
-namespace
-{
-
-// Message types with random choices, nested and foreign cases, and names that clash with and without suffixes.
-class RandomProto
-{
-public:
-    explicit RandomProto(uint32_t seed) : m_random(seed) {}
-
-    std::string Text()
-    {
-        std::string text = "syntax = \"proto3\";\npackage m;\n";
-        text += "message Foreign { string name = 1; string name2 = 2; string a = 3; }\n";
-        return text + Message("Top", 0);
-    }
-
-private:
-    uint32_t Pick(uint32_t below) { return static_cast<uint32_t>(m_random() % below); }
-
-    std::string Message(const std::string &type, uint32_t depth)
-    {
-        static const char *const kNames[] = {"name", "name2", "name3", "name4", "a", "a2", "b", "b3", "c", "c4"};
-        std::string types;
-        std::string fields;
-        std::string members;
-        int number = 0;
-        for (const char *name : kNames)
-        {
-            if (Pick(3) == 0)
-            {
-                fields += std::string("string ") + name + " = " + std::to_string(++number) + ";\n";
-            }
-        }
-        for (uint32_t i = 0; depth < 3 && i < Pick(4); ++i)
-        {
-            const std::string id = std::to_string(i);
-            const bool foreign = Pick(6) == 0;
-            types += foreign ? "" : Message("T" + id, depth + 1);
-            (Pick(3) == 0 ? fields : members) +=
-                (foreign ? "Foreign" : "T" + id) + " child_" + id + " = " + std::to_string(++number) + ";\n";
-        }
-        if (!members.empty())
-        {
-            members = "oneof choice {\n" + members + "}\n";
-        }
-        return "message " + type + " {\n" + types + fields + members + "}\n";
-    }
-
-    std::mt19937 m_random;
-};
-
-} // namespace
-
 TEST_F(CaseIndex, AnswersAsTheSearchDoesForRandomTypes)
 {
     size_t found = 0;
     for (uint32_t seed = 0; seed < 200; ++seed)
     {
         gpbtest::ProtoJudge judge;
-        const std::string text = RandomProto(seed).Text();
+        const std::string text = gpbtest::randomProto(seed);
         judge.addFile("m.proto", text);
         const Descriptor *top = judge.findType("m.Top");
         ASSERT_NE(top, nullptr);

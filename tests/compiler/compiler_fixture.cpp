@@ -1,5 +1,6 @@
 #include "compiler/compiler_fixture.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -91,6 +92,40 @@ void CompilerFixture::expectEncodes(const std::string &xml, const std::string &t
         lines.push_back(line);
     }
     EXPECT_EQ(joinLines(lines), log().take());
+    expectTwin(xml, options, result, lines);
+}
+
+void CompilerFixture::expectTwin(const std::string &xml, int options, const Encoded &result,
+                                 std::vector<std::string> lines)
+{
+    GpbXmlCompiler twin(m_compiler->pstFileDesc, m_compiler->pstImporter, m_compiler->pvLibHandle);
+    const OpenCompiler usual(m_compiler->pstFileDesc, m_compiler->pstImporter, m_compiler->pvLibHandle);
+    if (!m_hasTwin || m_compiler->ucStopOnError != 0 ||
+        !std::equal(std::begin(usual.astStrTrans), std::end(usual.astStrTrans), std::begin(m_compiler->astStrTrans)))
+    {
+        return;
+    }
+    const XmlDocument document(xml, options);
+    unsigned int length = 0;
+    unsigned int error = 0;
+    const char *const bytes = GpbXmlCompiler_Encode(&twin, document.get(), &length, &error);
+    EXPECT_EQ(result.error, error);
+    EXPECT_EQ(result.isNull, bytes == nullptr);
+    EXPECT_EQ(result.bytes, bytes == nullptr ? "" : std::string(bytes, length));
+    for (std::string &line : lines)
+    {
+        const std::string name = "[N7gpbtest12OpenCompilerE]";
+        const size_t at = line.find(name);
+        if (at != std::string::npos)
+        {
+            line.replace(at, name.size(), "[14GpbXmlCompiler]");
+        }
+    }
+    EXPECT_EQ(joinLines(lines), log().take());
+    if (error == 0)
+    {
+        EXPECT_EQ(m_compiler->GetEncodeDebugString(), twin.GetEncodeDebugString());
+    }
 }
 
 void CompilerFixture::expectFails(const std::string &xml, unsigned int code, const std::vector<std::string> &lines,
@@ -105,6 +140,7 @@ void CompilerFixture::expectFails(const std::string &xml, unsigned int code, con
     expected.push_back("0: [GpbXmlCompiler][Encode]Fail to iterate xml doc, return " + std::to_string(code) + ".");
     expected.push_back("0: [N7gpbtest12OpenCompilerE]Fail to encode, error code is " + std::to_string(code) + ".");
     EXPECT_EQ(joinLines(expected), log().take());
+    expectTwin(xml, options, result, expected);
 }
 
 void CompilerFixture::expectNothing(const std::string &xml, const std::vector<std::string> &lines)
@@ -118,6 +154,7 @@ void CompilerFixture::expectNothing(const std::string &xml, const std::vector<st
     expected.emplace_back("2: [GpbXmlCompiler][Encode]Fail to encode.");
     expected.emplace_back("0: [GpbXmlCompiler][GetGpbBuffer]top message is null.");
     EXPECT_EQ(joinLines(expected), log().take());
+    expectTwin(xml, 0, result, expected);
 }
 
 const pb::Descriptor *CompilerFixture::type(const std::string &fullName) const

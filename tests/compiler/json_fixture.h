@@ -163,6 +163,24 @@ protected:
         return "0: Gpb compiler prepare fail " + std::to_string(code) + ".";
     }
 
+    /**
+     * Encodes again with a compiler that is no subclass, which need not keep messages that anybody can look at: what
+     * comes out, and what is logged, has to be the same.
+     */
+    template <typename Compiler>
+    void expectTwin(const std::string &module, const JsonTree &tree, cJSON *item, const Compiler &compiler,
+                    const CompilerResult &result, const std::vector<std::string> &lines)
+    {
+        const auto twin = open<GpbJsonCompiler>(module);
+        const unsigned int code = twin->EncodeJson(tree.root(), item);
+        EXPECT_EQ(result.code, code);
+        const CompilerResult twinResult = code == 0 ? takeResult(*twin, code) : CompilerResult{code, true, ""};
+        EXPECT_EQ(result.isNull, twinResult.isNull);
+        EXPECT_EQ(result.bytes, twinResult.bytes);
+        EXPECT_EQ(joinLines(lines), log().take());
+        EXPECT_EQ(compiler.GetEncodeDebugString(), twin->GetEncodeDebugString());
+    }
+
     /** Encodes a whole document and expects this message and these lines ahead of the one of success. */
     void expectEncodes(const std::string &module, const std::string &json, const std::string &typeName,
                        const std::string &textForm, std::vector<std::string> lines = {})
@@ -176,6 +194,7 @@ protected:
         EXPECT_TRUE(m_judge.holds(typeName, result.bytes, textForm));
         lines.push_back(serializedLine(result.bytes.size()));
         EXPECT_EQ(joinLines(lines), log().take());
+        expectTwin(module, tree, tree.root(), *compiler, result, lines);
     }
 
     /** Encodes a part of a document and expects the message of the part and these lines ahead of the one of success. */
@@ -191,6 +210,7 @@ protected:
         EXPECT_TRUE(m_judge.holds(typeName, result.bytes, textForm));
         lines.push_back(serializedLine(result.bytes.size()));
         EXPECT_EQ(joinLines(lines), log().take());
+        expectTwin(module, tree, tree.at(path), *compiler, result, lines);
     }
 
     /** Encodes a document, or a part of it, and expects a code and these lines ahead of the one of the failing walk. */
@@ -205,6 +225,8 @@ protected:
         EXPECT_EQ(nullptr, compiler->pstLayerMessage);
         lines.push_back(iterateLine(code));
         EXPECT_EQ(joinLines(lines), log().take());
+        expectTwin(module, tree, path.empty() ? tree.root() : tree.at(path), *compiler, CompilerResult{code, true, ""},
+                   lines);
     }
 
 private:

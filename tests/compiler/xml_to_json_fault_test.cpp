@@ -208,8 +208,9 @@ TEST_F(XmlToJsonFaultTest, HasNoResultThatCannotBeCopied)
 
 TEST_F(XmlToJsonFaultTest, SurvivesEachFailingPlatformCall)
 {
-    const XmlDocument document("<plant><level>1</level><names>a</names><boxes><label>l</label></boxes>"
-                               "<left-leaf>x</left-leaf><on/></plant>");
+    const XmlDocument document(
+        "<plant><level>1</level><names>a</names><boxes><label>l</label></boxes>"
+        "<left-leaf>x</left-leaf><on/><no-leaf>1</no-leaf><no>1</no><no-box><a/><b/></no-box></plant>");
     const uint64_t calls = failEachCall(
         [&](const FaultRun &run)
         {

@@ -1,0 +1,111 @@
+#include "compiler/gpb_record.h"
+
+#include <new>
+
+using google::protobuf::FieldDescriptor;
+using google::protobuf::OneofDescriptor;
+
+std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
+{
+    auto arena = std::make_unique<GpbRecordArena>();
+    std::unique_ptr<GpbRecord> top(new GpbRecord(type, arena.get(), nullptr));
+    (void)arena.release(); // the top record frees it
+    return top;
+}
+
+GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
+    : type_(type), arena_(arena), parent_(parent)
+{
+    const size_t words = WordCount(type);
+    const size_t fields = type.FieldCount();
+    const size_t choices = type.ChoiceCount();
+    char *memory = static_cast<char *>(
+        arena->Take(words * sizeof(uint64_t) + fields * sizeof(GpbRecordValue) + choices * sizeof(uint32_t)));
+    present_ = new (memory) uint64_t[words]();
+    memory += words * sizeof(uint64_t);
+    values_ = new (memory) GpbRecordValue[fields];
+    memory += fields * sizeof(GpbRecordValue);
+    cases_ = new (memory) uint32_t[choices]();
+}
+
+GpbRecord::~GpbRecord()
+{
+    // Only a top record is ever destroyed; the others end with the arena.
+    delete arena_;
+}
+
+void GpbRecord::Store(const FieldDescriptor *field, std::string_view text)
+{
+    auto *copy = new (arena_->Take(sizeof(GpbRecordText) + text.size())) GpbRecordText{text.size()};
+    std::memcpy(copy + 1, text.data(), text.size());
+    GpbRecordValue value = {};
+    value.text = copy;
+    Put(type_.PlaceOf(field), value, !text.empty());
+}
+
+GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
+{
+    const uint32_t place = type_.PlaceOf(field);
+    const GpbRecordField &described = type_.FieldAt(place);
+    if (!described.isRepeated && IsPresent(place))
+    {
+        return values_[place].record;
+    }
+    GpbRecordValue value = {};
+    value.record = new (arena_->Take(sizeof(GpbRecord))) GpbRecord(*described.type, arena_, this);
+    Put(place, value, true);
+    return value.record;
+}
+
+const GpbRecord *GpbRecord::CaseOf(const OneofDescriptor *choice) const
+{
+    const uint32_t entered = cases_[choice->index()];
+    if (entered == 0 || type_.FieldAt(entered - 1).form != GpbWireForm::MESSAGE)
+    {
+        return nullptr;
+    }
+    return values_[entered - 1].record;
+}
+
+bool GpbRecord::IsWithin(const GpbRecord &other) const
+{
+    const GpbRecord *record = this;
+    while (record != nullptr && record != &other)
+    {
+        record = record->parent_;
+    }
+    return record != nullptr;
+}
+
+void GpbRecord::Append(uint32_t place, GpbRecordValue value)
+{
+    GpbRecordCell *previous = IsPresent(place) ? values_[place].last : nullptr;
+    values_[place].last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
+    SetPresent(place, true);
+}
+
+// The member of a choice that was set last is the only one that is there.
+void GpbRecord::EnterCase(uint32_t choice, uint32_t place)
+{
+    uint32_t &entered = cases_[choice - 1];
+    if (entered != 0)
+    {
+        SetPresent(entered - 1, false);
+    }
+    entered = place + 1;
+}
+
+google::protobuf::Message *GpbRecord::New(google::protobuf::Arena * /*arena*/) const
+{
+    return nullptr;
+}
+
+int GpbRecord::GetCachedSize() const
+{
+    return 0;
+}
+
+google::protobuf::Metadata GpbRecord::GetMetadata() const
+{
+    return {type_.Descriptor(), nullptr};
+}

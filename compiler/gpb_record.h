@@ -1,0 +1,180 @@
+// A message that is filled by plan.
+#ifndef GPB_COMPILER_GPB_RECORD_H
+#define GPB_COMPILER_GPB_RECORD_H
+
+#include <cstdint>
+#include <cstring>
+#include <google/protobuf/descriptor.h>
+#include <google/protobuf/message.h>
+#include <memory>
+#include <string_view>
+#include <typeinfo>
+
+#include "compiler/gpb_record_arena.h"
+#include "compiler/gpb_record_type.h"
+
+class GpbRecord;
+struct GpbRecordCell;
+
+/// A text with its bytes behind it.
+struct GpbRecordText
+{
+    size_t length;
+
+    std::string_view View() const { return {reinterpret_cast<const char *>(this + 1), length}; }
+};
+
+/// What a field holds: which of these, its field says.
+union GpbRecordValue
+{
+    uint64_t number; ///< signed ones extended, floating-point ones by their bits
+    const GpbRecordText *text;
+    GpbRecord *record;
+    GpbRecordCell *last; ///< of a repeated field
+};
+
+/// One value of a repeated field.
+struct GpbRecordCell
+{
+    GpbRecordCell *previous;
+    GpbRecordValue value;
+};
+
+/// The number under which a record keeps a value.
+template <typename Value>
+uint64_t GpbRecordNumber(Value value)
+{
+    if constexpr (std::is_same_v<Value, float>)
+    {
+        uint32_t bits = 0;
+        std::memcpy(&bits, &value, sizeof(bits));
+        return bits;
+    }
+    else if constexpr (std::is_same_v<Value, double>)
+    {
+        uint64_t bits = 0;
+        std::memcpy(&bits, &value, sizeof(bits));
+        return bits;
+    }
+    else
+    {
+        return static_cast<uint64_t>(value);
+    }
+}
+
+/// Stands in a layer for a message that nobody outside the library looks at, and holds what such a message would hold.
+/// protobuf's own dynamic messages go through all fields of their type when they are made, written and deleted; a
+/// record costs as much as there is in it. It is a message so that it can stand in a layer, but has no reflection: only
+/// GpbRecordOf leads to its values.
+///
+/// All records below a top record lie in its arena and go with it.
+class GpbRecord final : public google::protobuf::Message
+{
+public:
+    /// An empty top record. A lack of memory is thrown, here and below, and changes nothing.
+    static std::unique_ptr<GpbRecord> NewTop(const GpbRecordType &type);
+    ~GpbRecord() override;
+
+    GpbRecord(const GpbRecord &) = delete;
+    GpbRecord &operator=(const GpbRecord &) = delete;
+
+    const GpbRecordType &Type() const { return type_; }
+
+    /// Sets a singular field, or adds to a repeated one; the field is one of this type and no message.
+    void Store(const google::protobuf::FieldDescriptor *field, uint64_t number)
+    {
+        GpbRecordValue value = {};
+        value.number = number;
+        Put(type_.PlaceOf(field), value, number != 0);
+    }
+
+    void Store(const google::protobuf::FieldDescriptor *field, std::string_view text);
+
+    /// The record of a singular message field, made when it is not there; a new one of a repeated field.
+    GpbRecord *Open(const google::protobuf::FieldDescriptor *field);
+
+    /// The record of the current case of a choice, or null when there is none or it is no message.
+    const GpbRecord *CaseOf(const google::protobuf::OneofDescriptor *choice) const;
+
+    /// Whether this is `other` or lies in it.
+    bool IsWithin(const GpbRecord &other) const;
+
+    /// Calls `visit(field, value)` for each field that is there, the one with the highest number first.
+    template <typename Visit>
+    void ForEachFromLast(const Visit &visit) const
+    {
+        for (size_t word = WordCount(type_); word-- > 0;)
+        {
+            for (uint64_t bits = present_[word]; bits != 0;)
+            {
+                const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
+                bits &= ~(UINT64_C(1) << bit);
+                const size_t place = word * WORD_BITS + bit;
+                visit(type_.FieldAt(place), values_[place]);
+            }
+        }
+    }
+
+    // What a message has to have, and nobody asks a record for.
+    google::protobuf::Message *New(google::protobuf::Arena *arena) const override;
+    int GetCachedSize() const override;
+
+protected:
+    google::protobuf::Metadata GetMetadata() const override;
+
+private:
+    static constexpr size_t WORD_BITS = 64;
+    static constexpr unsigned HIGHEST_BIT = 63;
+
+    GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent);
+
+    static size_t WordCount(const GpbRecordType &type) { return type.FieldCount() / WORD_BITS + 1; }
+
+    bool IsPresent(uint32_t place) const { return ((present_[place / WORD_BITS] >> (place % WORD_BITS)) & 1U) != 0; }
+
+    void SetPresent(uint32_t place, bool isPresent)
+    {
+        const uint64_t bit = UINT64_C(1) << (place % WORD_BITS);
+        uint64_t &word = present_[place / WORD_BITS];
+        word = isPresent ? word | bit : word & ~bit;
+    }
+
+    void Put(uint32_t place, GpbRecordValue value, bool isSomething)
+    {
+        const GpbRecordField &field = type_.FieldAt(place);
+        if (field.isRepeated)
+        {
+            Append(place, value);
+            return;
+        }
+        if (field.choice != 0)
+        {
+            EnterCase(field.choice, place);
+        }
+        values_[place] = value;
+        SetPresent(place, isSomething || field.hasPresence);
+    }
+
+    void Append(uint32_t place, GpbRecordValue value);
+    void EnterCase(uint32_t choice, uint32_t place);
+
+    const GpbRecordType &type_;
+    GpbRecordArena *arena_; ///< owned by the top record
+    const GpbRecord *parent_;
+    uint64_t *present_;      ///< a bit for each place
+    GpbRecordValue *values_; ///< by place; undefined where nothing is present
+    uint32_t *cases_;        ///< by choice: the place of its last case and 1, or 0
+};
+
+/// The record that a layer's message is, or null for any other message.
+inline GpbRecord *GpbRecordOf(google::protobuf::Message *message)
+{
+    return message != nullptr && typeid(*message) == typeid(GpbRecord) ? static_cast<GpbRecord *>(message) : nullptr;
+}
+
+inline const GpbRecord *GpbRecordOf(const google::protobuf::Message *message)
+{
+    return GpbRecordOf(const_cast<google::protobuf::Message *>(message));
+}
+
+#endif

@@ -1,0 +1,34 @@
+#include "compiler/gpb_record_arena.h"
+
+#include <algorithm>
+#include <new>
+
+namespace
+{
+
+constexpr size_t FIRST_BLOCK = 2048;
+constexpr size_t LARGEST_BLOCK = size_t{64} * 1024;
+
+} // namespace
+
+GpbRecordArena::~GpbRecordArena()
+{
+    while (newest_ != nullptr)
+    {
+        Block *const block = newest_;
+        newest_ = block->previous;
+        ::operator delete(block);
+    }
+}
+
+void GpbRecordArena::AddBlock(size_t size)
+{
+    const size_t usual = blockSize_ == 0 ? FIRST_BLOCK : std::min(blockSize_ * 2, LARGEST_BLOCK);
+    const size_t needed = size + sizeof(Block);
+    const size_t blockSize = std::max(usual, needed);
+    char *const memory = static_cast<char *>(::operator new(blockSize));
+    newest_ = new (memory) Block{newest_};
+    next_ = memory + sizeof(Block);
+    left_ = blockSize - sizeof(Block);
+    blockSize_ = usual;
+}

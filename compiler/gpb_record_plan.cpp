@@ -1,0 +1,82 @@
+#include "compiler/gpb_record_plan.h"
+
+#include <google/protobuf/descriptor.h>
+
+#include "compiler/gpb_type_chain.h"
+#include "gpb_templatelib/gpb_limits.h"
+
+using google::protobuf::Descriptor;
+
+namespace
+{
+
+using KnownTypes = std::unordered_map<const Descriptor *, const GpbRecordType *>;
+
+// A type and all that it reaches through fields, but for those that are known; they have no record type yet.
+std::vector<const Descriptor *> UnknownTypes(const Descriptor *top, KnownTypes &known)
+{
+    std::vector<const Descriptor *> unknown;
+    const auto add = [&](const Descriptor *type)
+    {
+        if (type != nullptr && known.try_emplace(type, nullptr).second)
+        {
+            unknown.push_back(type);
+        }
+    };
+    add(top);
+    for (size_t next = 0; next < unknown.size(); ++next)
+    {
+        const Descriptor *type = unknown[next];
+        for (int i = 0; i < type->field_count(); ++i)
+        {
+            add(type->field(i)->message_type());
+        }
+    }
+    return unknown;
+}
+
+} // namespace
+
+GpbTopType GpbRecordPlan::TopTypeOf(const Descriptor *type)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto answer = tops_.find(type);
+    if (answer != tops_.end())
+    {
+        return answer->second;
+    }
+    GpbTopType top;
+    top.fitsFactory = GpbLongestTypeChain(type) <= GPB_COMPILER_MAX_TYPE_CHAIN;
+    top.record = top.fitsFactory ? MakeTypes(type) : nullptr;
+    tops_.emplace(type, top);
+    return top;
+}
+
+// The record type of a top type; null when records cannot hold all that it reaches. What is known changes only when
+// everything has been made.
+const GpbRecordType *GpbRecordPlan::MakeTypes(const Descriptor *top)
+{
+    KnownTypes known = known_;
+    const std::vector<const Descriptor *> unknown = UnknownTypes(top, known);
+    std::vector<std::unique_ptr<GpbRecordType>> made;
+    for (const Descriptor *type : unknown)
+    {
+        if (!GpbRecordType::CanHold(type))
+        {
+            return nullptr;
+        }
+        made.push_back(std::make_unique<GpbRecordType>(type));
+        known[type] = made.back().get();
+    }
+    for (const std::unique_ptr<GpbRecordType> &type : made)
+    {
+        type->LinkTo([&](const Descriptor *descriptor) { return known.find(descriptor)->second; });
+    }
+    types_.reserve(types_.size() + made.size());
+    for (std::unique_ptr<GpbRecordType> &type : made)
+    {
+        types_.push_back(std::move(type));
+    }
+    known_.swap(known);
+    return known_.find(top)->second;
+}

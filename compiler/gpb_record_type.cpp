@@ -1,0 +1,98 @@
+#include "compiler/gpb_record_type.h"
+
+#include <algorithm>
+
+using google::protobuf::Descriptor;
+using google::protobuf::FieldDescriptor;
+using google::protobuf::FileDescriptor;
+
+namespace
+{
+
+constexpr uint32_t WIRE_VARINT = 0;
+constexpr uint32_t WIRE_FIXED64 = 1;
+constexpr uint32_t WIRE_LENGTH = 2;
+constexpr uint32_t WIRE_FIXED32 = 5;
+constexpr uint32_t WIRE_TYPE_BITS = 3;
+
+GpbWireForm FormOf(const FieldDescriptor *field)
+{
+    switch (field->type())
+    {
+    case FieldDescriptor::TYPE_DOUBLE:
+    case FieldDescriptor::TYPE_FIXED64:
+    case FieldDescriptor::TYPE_SFIXED64:
+        return GpbWireForm::FIXED64;
+    case FieldDescriptor::TYPE_FLOAT:
+    case FieldDescriptor::TYPE_FIXED32:
+    case FieldDescriptor::TYPE_SFIXED32:
+        return GpbWireForm::FIXED32;
+    case FieldDescriptor::TYPE_SINT32:
+    case FieldDescriptor::TYPE_SINT64:
+        return GpbWireForm::ZIGZAG;
+    case FieldDescriptor::TYPE_STRING:
+    case FieldDescriptor::TYPE_BYTES:
+        return GpbWireForm::TEXT;
+    case FieldDescriptor::TYPE_MESSAGE:
+    case FieldDescriptor::TYPE_GROUP:
+        return GpbWireForm::MESSAGE;
+    default:
+        return GpbWireForm::VARINT;
+    }
+}
+
+uint32_t WireTypeOf(GpbWireForm form)
+{
+    switch (form)
+    {
+    case GpbWireForm::FIXED32:
+        return WIRE_FIXED32;
+    case GpbWireForm::FIXED64:
+        return WIRE_FIXED64;
+    case GpbWireForm::TEXT:
+    case GpbWireForm::MESSAGE:
+        return WIRE_LENGTH;
+    default:
+        return WIRE_VARINT;
+    }
+}
+
+GpbRecordField Describe(const FieldDescriptor *field)
+{
+    GpbRecordField described;
+    described.field = field;
+    described.form = FormOf(field);
+    described.isRepeated = field->is_repeated();
+    described.isPacked = field->is_packed();
+    described.hasPresence = field->has_presence();
+    const uint32_t wireType = described.isPacked ? WIRE_LENGTH : WireTypeOf(described.form);
+    described.tag = (static_cast<uint32_t>(field->number()) << WIRE_TYPE_BITS) | wireType;
+    const auto *choice = field->real_containing_oneof();
+    described.choice = choice == nullptr ? 0 : static_cast<uint32_t>(choice->index()) + 1;
+    return described;
+}
+
+} // namespace
+
+GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : descriptor_(descriptor)
+{
+    const auto count = static_cast<size_t>(descriptor->field_count());
+    fields_.reserve(count);
+    for (int i = 0; i < descriptor->field_count(); ++i)
+    {
+        fields_.push_back(Describe(descriptor->field(i)));
+    }
+    std::sort(fields_.begin(), fields_.end(),
+              [](const GpbRecordField &left, const GpbRecordField &right)
+              { return left.field->number() < right.field->number(); });
+    places_.resize(count);
+    for (size_t place = 0; place < count; ++place)
+    {
+        places_[static_cast<size_t>(fields_[place].field->index())] = static_cast<uint32_t>(place);
+    }
+}
+
+bool GpbRecordType::CanHold(const google::protobuf::Descriptor *descriptor)
+{
+    return descriptor->file()->syntax() == FileDescriptor::SYNTAX_PROTO3 && !descriptor->options().map_entry();
+}

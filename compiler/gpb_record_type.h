@@ -1,0 +1,75 @@
+// How records of a message type are laid out and written.
+#ifndef GPB_COMPILER_GPB_RECORD_TYPE_H
+#define GPB_COMPILER_GPB_RECORD_TYPE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <google/protobuf/descriptor.h>
+#include <vector>
+
+class GpbRecordType;
+
+/// How a value is written.
+enum class GpbWireForm : uint8_t
+{
+    VARINT,
+    ZIGZAG,
+    FIXED32,
+    FIXED64,
+    TEXT,
+    MESSAGE
+};
+
+/// One field of a message type.
+struct GpbRecordField
+{
+    const google::protobuf::FieldDescriptor *field = nullptr;
+    const GpbRecordType *type = nullptr; ///< of a message field
+    uint32_t tag = 0;                    ///< as written before a value, or before all of them when they are packed
+    GpbWireForm form = GpbWireForm::VARINT;
+    bool isRepeated = false;
+    bool isPacked = false;
+    bool hasPresence = false; ///< written whenever it was set; else only when it is not zero
+    uint32_t choice = 0;      ///< number of its oneof, counted from 1; 0 outside of oneofs
+};
+
+/// The fields of a message type in the order of their numbers, which is the order in which they are written. A field's
+/// place is its index here.
+class GpbRecordType
+{
+public:
+    /// The types of message fields are still missing; `LinkTo` adds them.
+    explicit GpbRecordType(const google::protobuf::Descriptor *descriptor);
+
+    /// Asks `typeOf(descriptor)` for the type of each message field.
+    template <typename TypeOf>
+    void LinkTo(const TypeOf &typeOf)
+    {
+        for (GpbRecordField &field : fields_)
+        {
+            field.type = field.form == GpbWireForm::MESSAGE ? typeOf(field.field->message_type()) : nullptr;
+        }
+    }
+
+    /// Whether records can stand for messages of this type: what only older files have (required fields, groups,
+    /// extensions, closed enums), and maps, are left to protobuf.
+    static bool CanHold(const google::protobuf::Descriptor *descriptor);
+
+    const google::protobuf::Descriptor *Descriptor() const { return descriptor_; }
+    const GpbRecordField &FieldAt(size_t place) const { return fields_[place]; }
+    size_t FieldCount() const { return fields_.size(); }
+    size_t ChoiceCount() const { return static_cast<size_t>(descriptor_->real_oneof_decl_count()); }
+
+    /// The place of a field of this type.
+    uint32_t PlaceOf(const google::protobuf::FieldDescriptor *field) const
+    {
+        return places_[static_cast<size_t>(field->index())];
+    }
+
+private:
+    const google::protobuf::Descriptor *descriptor_;
+    std::vector<GpbRecordField> fields_;
+    std::vector<uint32_t> places_; ///< by the index in the descriptor
+};
+
+#endif

@@ -1,0 +1,43 @@
+// What the node names of one message type in one layer stand for.
+#ifndef GPB_DESCRIPTOR_GPB_NAME_TABLE_H
+#define GPB_DESCRIPTOR_GPB_NAME_TABLE_H
+
+#include <cstdint>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "descriptor/gpb_field_search.h"
+#include "descriptor/gpb_name_map.h"
+
+class GpbCaseIndex;
+
+/// What a node name stands for: as a node of any kind, and as a leaf.
+struct GpbNamedField
+{
+    GpbFoundField node; ///< GPB_FindFieldDescByNodeName's answer
+    GpbFoundField leaf; ///< GPB_GetLeafFieldDescByNodeName's answer
+};
+
+/// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
+/// changed, so it may be read by any number of threads.
+///
+/// A name is looked up as the document spells it first: the table holds each name with dashes, as most modules write
+/// them, and with underlines. Other spellings (a mixture, upper case) are converted and looked up again.
+class GpbNameTable
+{
+public:
+    GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer);
+
+    const GpbNamedField &Find(const char *nodeName) const;
+
+private:
+    GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases);
+    GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
+                 const std::set<std::string_view> &names);
+
+    std::vector<GpbNamedField> fields_; ///< the answers; the first one is for all names that stand for nothing
+    GpbNameMap places_;                 ///< by spelling: the place of the answer
+};
+
+#endif

@@ -1,0 +1,191 @@
+// The tables of a plan answer as the exported searches do, whatever the name and however it is spelt.
+#include "descriptor/gpb_name_table.h"
+
+#include <algorithm>
+#include <google/protobuf/descriptor.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "case_index/random_proto.h"
+#include "descriptor/gpb_field_finder.h"
+#include "support/proto_judge.h"
+
+using google::protobuf::Descriptor;
+using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+constexpr uint32_t MAX_LAYER = 12; // of two digits, too
+
+char ToUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// A name as it is, with dashes, with some dashes, in upper case, and with a character more and less.
+std::set<std::string> SpellingsOf(const std::string &name)
+{
+    std::set<std::string> spellings = {name, name + "x", name + "2", name.substr(0, name.size() / 2)};
+    std::string changed = name;
+    std::replace(changed.begin(), changed.end(), '_', '-');
+    spellings.insert(changed);
+    if (changed.find('-') != std::string::npos)
+    {
+        changed[changed.find('-')] = '_';
+        spellings.insert(changed);
+    }
+    std::transform(changed.begin(), changed.end(), changed.begin(), ToUpper);
+    spellings.insert(changed);
+    return spellings;
+}
+
+// Compares every spelling of every name; returns how many fields were found.
+size_t CompareAnswers(GpbFieldFinder &finder, const Descriptor *message, uint32_t layer)
+{
+    size_t found = 0;
+    for (const std::string &name : gpbtest::namesAround(message))
+    {
+        for (const std::string &spelling : SpellingsOf(name))
+        {
+            SCOPED_TRACE("'" + spelling + "' in " + message->full_name() + " layer " + std::to_string(layer));
+            const FieldDescriptor *caseField = nullptr;
+            const FieldDescriptor *field =
+                GPB_FindFieldDescByNodeName(message, spelling.c_str(), static_cast<int32_t>(layer), &caseField);
+            const GpbFoundField node = finder.FindNode(message, spelling.c_str(), layer);
+            EXPECT_EQ(node.field, field);
+            EXPECT_EQ(node.caseField, caseField);
+            found += field == nullptr ? 0 : 1;
+            caseField = nullptr;
+            field = GPB_GetLeafFieldDescByNodeName(spelling.c_str(), message, static_cast<int32_t>(layer), &caseField);
+            const GpbFoundField leaf = finder.FindLeaf(message, spelling.c_str(), layer);
+            EXPECT_EQ(leaf.field, field);
+            EXPECT_EQ(leaf.caseField, caseField);
+            found += field == nullptr ? 0 : 1;
+        }
+    }
+    return found;
+}
+
+size_t CompareAnswersOfAll(GpbFieldFinder &finder, const Descriptor *message)
+{
+    size_t found = 0;
+    for (const uint32_t layer : {1U, 2U, 3U, 4U, MAX_LAYER})
+    {
+        found += CompareAnswers(finder, message, layer);
+    }
+    for (int i = 0; i < message->nested_type_count(); ++i)
+    {
+        found += CompareAnswersOfAll(finder, message->nested_type(i));
+    }
+    return found;
+}
+
+class NameTable : public ::testing::Test
+{
+protected:
+    const Descriptor *TypeOf(const std::string &text)
+    {
+        m_judge.addFile("m.proto", text);
+        const Descriptor *found = m_judge.findType("m.Top");
+        EXPECT_NE(found, nullptr);
+        return found;
+    }
+
+    GpbNamePlan m_plan;
+    GpbFieldFinder m_finder{m_plan};
+
+private:
+    gpbtest::ProtoJudge m_judge;
+};
+
+} // namespace
+
+TEST_F(NameTable, LeavesContainersAndCases)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {
+        message A { string in_case = 1; string box = 2; string bag1 = 3; } message Box { string x = 1; }
+        string some_leaf_name = 1; oneof choice { A a = 2; } Box box = 3; Box bag = 4; string twelve12 = 5; })");
+    EXPECT_GT(CompareAnswersOfAll(m_finder, top), 20U);
+}
+
+TEST_F(NameTable, LongNames)
+{
+    const Descriptor *top =
+        TypeOf("syntax = \"proto3\"; package m; message Top { string " + std::string(127, 'a') + " = 1; string " +
+               std::string(128, 'b') + " = 2; string " + std::string(126, 'c') + "2 = 3; string " +
+               std::string(127, 'd') + "2 = 4; string " + std::string(126, 'e') + "12 = 5; }");
+    EXPECT_GT(CompareAnswersOfAll(m_finder, top), 0U);
+    EXPECT_NE(m_finder.FindNode(top, std::string(127, 'a').c_str(), 1).field, nullptr);
+    EXPECT_NE(m_finder.FindNode(top, std::string(126, 'c').c_str(), 2).field, nullptr);
+}
+
+TEST_F(NameTable, NamesThatDifferInCaseAloneAreProtobufsChoice)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto2"; package m; message Top {
+        optional string Foo = 1; optional string foo = 2; optional string FOO2 = 3; optional string foo2 = 4; })");
+    EXPECT_GT(CompareAnswersOfAll(m_finder, top), 0U);
+}
+
+TEST_F(NameTable, AMessageThatContainsItselfHasATablePerLayer)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {
+        string name2 = 1; string name3 = 2; Top again = 3; message A { Top back = 1; string other = 2; }
+        oneof choice { A a = 4; } })");
+    for (uint32_t layer = 1; layer <= 40; ++layer)
+    {
+        CompareAnswers(m_finder, top, layer);
+    }
+    EXPECT_EQ(m_finder.FindNode(top, "name", 3).field->name(), "name3");
+}
+
+TEST_F(NameTable, NothingIsFoundInNoMessageAndUnderNoName)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top { string a = 1; })");
+    EXPECT_EQ(m_finder.FindNode(nullptr, "a", 1).field, nullptr);
+    EXPECT_EQ(m_finder.FindLeaf(nullptr, "a", 1).field, nullptr);
+    EXPECT_EQ(m_finder.FindNode(top, nullptr, 1).field, nullptr);
+    EXPECT_EQ(m_finder.FindLeaf(top, nullptr, 1).field, nullptr);
+}
+
+TEST_F(NameTable, AnswersAsTheSearchesDoForRandomTypes)
+{
+    size_t found = 0;
+    for (uint32_t seed = 0; seed < 100; ++seed)
+    {
+        gpbtest::ProtoJudge judge;
+        const std::string text = gpbtest::randomProto(seed);
+        judge.addFile("m.proto", text);
+        GpbNamePlan plan;
+        GpbFieldFinder finder(plan);
+        found += CompareAnswersOfAll(finder, judge.findType("m.Top"));
+        ASSERT_FALSE(HasFailure()) << "seed " << seed << "\n" << text;
+    }
+    // The types were worth comparing.
+    EXPECT_GT(found, 10000U);
+}
+
+// Threads that ask for the same tables at the same moment get the same ones.
+TEST_F(NameTable, IsMadeOnceForAllThreads)
+{
+    constexpr size_t THREADS = 4;
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top { string a = 1; })");
+    const GpbNameTable *tables[THREADS] = {};
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < THREADS; ++i)
+    {
+        threads.emplace_back([&, i] { tables[i] = &m_plan.TableOf(top, 2); });
+    }
+    for (std::thread &thread : threads)
+    {
+        thread.join();
+    }
+    for (const GpbNameTable *table : tables)
+    {
+        EXPECT_EQ(table, tables[0]);
+    }
+}
