@@ -184,13 +184,11 @@ void GpbJsonText::AppendNumber(double number)
 void GpbJsonText::AppendString(const char *string)
 {
     const char *next = string == nullptr ? "" : string;
-    const char *const end = next + std::strlen(next);
     Put('"');
-    while (next != end)
+    while (*next != '\0')
     {
-        const char *const stop = next + std::min(end - next, PIECE);
-        char *out = Begin(static_cast<size_t>(stop - next) * MOST_OF_ESCAPE);
-        for (; next != stop; ++next)
+        char *out = Begin(PIECE + MOST_OF_ESCAPE);
+        for (const char *const stop = out + PIECE; out < stop && *next != '\0'; ++next)
         {
             const auto code = static_cast<unsigned char>(*next);
             const char escape = ESCAPES[code];
@@ -214,24 +212,14 @@ void GpbJsonText::AppendPlain(const char *string)
     Finish(out + length);
 }
 
-void GpbJsonText::Put(char c)
+void GpbJsonText::Grow(size_t most)
 {
-    *Begin(1) = c;
-    ++size_;
-}
-
-char *GpbJsonText::Begin(size_t most)
-{
-    if (capacity_ - size_ < most)
+    const size_t capacity = std::max({FIRST_CAPACITY, capacity_ * 2, size_ + most});
+    std::unique_ptr<char[]> buffer(new char[capacity]);
+    if (size_ != 0)
     {
-        const size_t capacity = std::max({FIRST_CAPACITY, capacity_ * 2, size_ + most});
-        std::unique_ptr<char[]> buffer(new char[capacity]);
-        if (size_ != 0)
-        {
-            std::memcpy(buffer.get(), buffer_.get(), size_);
-        }
-        buffer_ = std::move(buffer);
-        capacity_ = capacity;
+        std::memcpy(buffer.get(), buffer_.get(), size_);
     }
-    return buffer_.get() + size_;
+    buffer_ = std::move(buffer);
+    capacity_ = capacity;
 }

@@ -26,10 +26,22 @@ private:
     void AppendNumber(double number);
     void AppendString(const char *string);
     void AppendPlain(const char *string);
-    void Put(char c);
+    void Put(char c)
+    {
+        *Begin(1) = c;
+        ++size_;
+    }
 
     /// A place for as many characters, which count as written up to where Finish is told that they end.
-    char *Begin(size_t most);
+    char *Begin(size_t most)
+    {
+        if (capacity_ - size_ < most)
+        {
+            Grow(most);
+        }
+        return buffer_.get() + size_;
+    }
+    void Grow(size_t most);
     void Finish(const char *end) { size_ = static_cast<size_t>(end - buffer_.get()); }
 
     std::unique_ptr<char[]> buffer_;

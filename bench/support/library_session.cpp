@@ -65,7 +65,7 @@ const google::protobuf::DescriptorPool *LibrarySession::Pool() const
 XmlDocument ParseXml(const std::string &text)
 {
     XmlDocument document(
-        xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr, XML_PARSE_NONET));
+        xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr, XML_PARSE_NONET | XML_PARSE_COMPACT));
     if (document == nullptr)
     {
         throw std::runtime_error("the document does not parse");
