@@ -158,7 +158,8 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
         }
     }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    GpbCompilerStackLayer layer;
+    GpbNewLayer made(strPathStorage);
+    GpbCompilerStackLayer &layer = made.layer;
     GenerateXPath(layer, &upper, found.field);
     layer.pstDescriptor = found.field->message_type();
     unsigned int result = GPB_COMPILER_OK;
@@ -178,8 +179,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
                 GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
+    made.PushOnto(stStack);
     return GPB_COMPILER_OK;
 }
 

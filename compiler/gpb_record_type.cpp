@@ -81,6 +81,7 @@ GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : d
     for (int i = 0; i < descriptor->field_count(); ++i)
     {
         fields_.push_back(Describe(descriptor->field(i)));
+        fields_.back().enumNames = EnumNamesOf(descriptor->field(i)->enum_type());
     }
     std::sort(fields_.begin(), fields_.end(),
               [](const GpbRecordField &left, const GpbRecordField &right)
@@ -90,6 +91,11 @@ GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : d
     {
         places_[static_cast<size_t>(fields_[place].field->index())] = static_cast<uint32_t>(place);
     }
+}
+
+const GpbEnumNames *GpbRecordType::EnumNamesOf(const google::protobuf::EnumDescriptor *type)
+{
+    return type == nullptr ? nullptr : &enums_.try_emplace(type, descriptor_, type).first->second;
 }
 
 bool GpbRecordType::CanHold(const google::protobuf::Descriptor *descriptor)

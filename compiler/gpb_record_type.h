@@ -5,7 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <google/protobuf/descriptor.h>
+#include <unordered_map>
 #include <vector>
+
+#include "compiler/gpb_enum_names.h"
 
 class GpbRecordType;
 
@@ -24,8 +27,9 @@ enum class GpbWireForm : uint8_t
 struct GpbRecordField
 {
     const google::protobuf::FieldDescriptor *field = nullptr;
-    const GpbRecordType *type = nullptr; ///< of a message field
-    uint32_t tag = 0;                    ///< as written before a value, or before all of them when they are packed
+    const GpbRecordType *type = nullptr;     ///< of a message field
+    const GpbEnumNames *enumNames = nullptr; ///< of an enum field
+    uint32_t tag = 0;                        ///< as written before a value, or before all of them when they are packed
     GpbWireForm form = GpbWireForm::VARINT;
     bool isRepeated = false;
     bool isPacked = false;
@@ -60,6 +64,11 @@ public:
     size_t FieldCount() const { return fields_.size(); }
     size_t ChoiceCount() const { return static_cast<size_t>(descriptor_->real_oneof_decl_count()); }
 
+    const GpbRecordField &FieldOf(const google::protobuf::FieldDescriptor *field) const
+    {
+        return fields_[PlaceOf(field)];
+    }
+
     /// The place of a field of this type.
     uint32_t PlaceOf(const google::protobuf::FieldDescriptor *field) const
     {
@@ -67,9 +76,12 @@ public:
     }
 
 private:
+    const GpbEnumNames *EnumNamesOf(const google::protobuf::EnumDescriptor *type);
+
     const google::protobuf::Descriptor *descriptor_;
     std::vector<GpbRecordField> fields_;
     std::vector<uint32_t> places_; ///< by the index in the descriptor
+    std::unordered_map<const google::protobuf::EnumDescriptor *, GpbEnumNames> enums_; ///< its elements never move
 };
 
 #endif

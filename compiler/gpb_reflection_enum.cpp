@@ -1,6 +1,8 @@
 // Leaf value translator for enumerations, and for bits, which are lists of values.
+#include <cstring>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
+#include <string_view>
 
 #include "compiler/gpb_reflection_store.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -41,6 +43,12 @@ const char *TakeToken(const char *text, Token &token)
     return blank == nullptr ? end : blank + 1;
 }
 
+unsigned int StoreNumber(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, int number)
+{
+    return GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, number, &Reflection::AddEnumValue,
+                         &Reflection::SetEnumValue);
+}
+
 unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const EnumDescriptor *type,
                         const Token &token)
 {
@@ -57,18 +65,39 @@ unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescripto
     }
     // The name was searched among all enums of the message, so the value may be another enum's: only its number is safe
     // to store.
-    return GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, value->number(), &Reflection::AddEnumValue,
-                         &Reflection::SetEnumValue);
+    return StoreNumber(layer, field, value->number());
+}
+
+// Stores the next value of a list when it is one that the plan knows, and steps over it; else does nothing.
+bool StoreKnownToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const GpbEnumNames &names,
+                     const char *&text)
+{
+    const size_t length = std::strcspn(text, " ");
+    const int *number = names.Find(std::string_view(text, length));
+    if (number == nullptr || StoreNumber(layer, field, *number) != GPB_COMPILER_OK)
+    {
+        return false;
+    }
+    text += text[length] == '\0' ? length : length + 1;
+    return true;
 }
 
 unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *text)
 {
-    if (!GpbTakesField(layer, field, FieldDescriptor::CPPTYPE_ENUM) || field->enum_type() == nullptr)
+    if (layer.pstMessage == nullptr ||
+        !GpbTakesField(layer.pstMessage->GetDescriptor(), field, FieldDescriptor::CPPTYPE_ENUM) ||
+        field->enum_type() == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
+    const GpbRecord *record = GpbRecordOf(layer.pstMessage);
+    const GpbEnumNames *names = record == nullptr ? nullptr : record->Type().FieldOf(field).enumNames;
     while (*text != '\0')
     {
+        if (names != nullptr && StoreKnownToken(layer, field, *names, text))
+        {
+            continue;
+        }
         Token token;
         text = TakeToken(text, token);
         const unsigned int result = StoreToken(layer, field, field->enum_type(), token);

@@ -3,18 +3,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "compiler/gpb_number_text.h"
 #include "compiler/gpb_reflection_store.h"
 #include "platform/yos.h"
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Reflection;
-
-namespace
-{
-
-constexpr int DECIMAL = 10;
-
-} // namespace
 
 // The number translators read as far as the C library does and check nothing: a document is validated against its YANG
 // module before it gets here. Out-of-range texts are clamped by the C library, then cut to the field's width.
@@ -26,7 +20,7 @@ unsigned int GpbCompiler_StrTrans_ToDouble(const GpbCompilerStackLayer &stLayer,
     {
         return GPB_COMPILER_ERR;
     }
-    const double value = std::strtod(pcValue, nullptr);
+    const double value = GpbReadDouble(pcValue);
     // Float fields come here as well, and protobuf ends the process when a double setter meets one.
     if (pstField->cpp_type() == FieldDescriptor::CPPTYPE_FLOAT)
     {
@@ -45,7 +39,7 @@ unsigned int GpbCompiler_StrTrans_ToInt64(const GpbCompilerStackLayer &stLayer, 
         return GPB_COMPILER_ERR;
     }
     return GpbStore<int64_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_INT64,
-                             static_cast<int64_t>(std::strtoll(pcValue, nullptr, DECIMAL)), &Reflection::AddInt64,
+                             static_cast<int64_t>(GpbReadInteger(pcValue, std::strtoll)), &Reflection::AddInt64,
                              &Reflection::SetInt64);
 }
 
@@ -57,7 +51,7 @@ unsigned int GpbCompiler_StrTrans_ToUInt64(const GpbCompilerStackLayer &stLayer,
         return GPB_COMPILER_ERR;
     }
     return GpbStore<uint64_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_UINT64,
-                              static_cast<uint64_t>(std::strtoull(pcValue, nullptr, DECIMAL)), &Reflection::AddUInt64,
+                              static_cast<uint64_t>(GpbReadInteger(pcValue, std::strtoull)), &Reflection::AddUInt64,
                               &Reflection::SetUInt64);
 }
 
@@ -69,7 +63,7 @@ unsigned int GpbCompiler_StrTrans_ToInt32(const GpbCompilerStackLayer &stLayer, 
         return GPB_COMPILER_ERR;
     }
     return GpbStore<int32_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_INT32,
-                             static_cast<int32_t>(std::strtol(pcValue, nullptr, DECIMAL)), &Reflection::AddInt32,
+                             static_cast<int32_t>(GpbReadInteger(pcValue, std::strtol)), &Reflection::AddInt32,
                              &Reflection::SetInt32);
 }
 
@@ -81,7 +75,7 @@ unsigned int GpbCompiler_StrTrans_ToUInt32(const GpbCompilerStackLayer &stLayer,
         return GPB_COMPILER_ERR;
     }
     return GpbStore<uint32_t>(stLayer, pstField, FieldDescriptor::CPPTYPE_UINT32,
-                              static_cast<uint32_t>(std::strtoul(pcValue, nullptr, DECIMAL)), &Reflection::AddUInt32,
+                              static_cast<uint32_t>(GpbReadInteger(pcValue, std::strtoul)), &Reflection::AddUInt32,
                               &Reflection::SetUInt32);
 }
 

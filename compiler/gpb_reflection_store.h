@@ -10,13 +10,12 @@
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// Whether `field` of a layer can be stored as a value of C++ type `kind`. Reflection ends the process when it is used
-/// with a field of another message or of another type, so it is asked here.
-inline bool GpbTakesField(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
+/// Whether `field` can be stored in messages of a type as a value of C++ type `kind`. Reflection ends the process when
+/// it is used with a field of another message or of another type, so it is asked here.
+inline bool GpbTakesField(const google::protobuf::Descriptor *type, const google::protobuf::FieldDescriptor *field,
                           google::protobuf::FieldDescriptor::CppType kind)
 {
-    return layer.pstMessage != nullptr && field != nullptr &&
-           field->containing_type() == layer.pstMessage->GetDescriptor() && field->cpp_type() == kind;
+    return field != nullptr && field->containing_type() == type && field->cpp_type() == kind;
 }
 
 /// A setter or an adder of protobuf's reflection.
@@ -45,17 +44,18 @@ unsigned int GpbStore(const GpbCompilerStackLayer &layer, const google::protobuf
     return GpbNoThrow(GPB_COMPILER_ERR,
                       [&]
                       {
-                          if (!GpbTakesField(layer, field, kind))
-                          {
-                              return GPB_COMPILER_ERR;
-                          }
                           if (GpbRecord *record = GpbRecordOf(layer.pstMessage))
                           {
+                              if (!GpbTakesField(record->Type().Descriptor(), field, kind))
+                              {
+                                  return GPB_COMPILER_ERR;
+                              }
                               record->Store(field, GpbForRecord(value));
                               return GPB_COMPILER_OK;
                           }
-                          const google::protobuf::Reflection *reflection = layer.pstMessage->GetReflection();
-                          if (reflection == nullptr)
+                          const google::protobuf::Reflection *reflection =
+                              layer.pstMessage == nullptr ? nullptr : layer.pstMessage->GetReflection();
+                          if (reflection == nullptr || !GpbTakesField(layer.pstMessage->GetDescriptor(), field, kind))
                           {
                               return GPB_COMPILER_ERR;
                           }

@@ -8,7 +8,7 @@ constexpr char IGNORED_ATTRIBUTE[] = "__tlmtIgnored";
 
 bool IsMarkedIgnored(xmlNode *node)
 {
-    // Most elements have no attribute; then only a document's own DTD could give them one.
+    // Without attributes, and without a document type that may give default ones, there is nothing to look for.
     if (node->properties == nullptr && (node->doc == nullptr || node->doc->intSubset == nullptr))
     {
         return false;

@@ -41,11 +41,6 @@ struct IdentityFree
     void operator()(char *value) const { ZMP_Free_F(value, GPB_XML_COMPILER_TAG, LINE_FREE_IDENTITY); }
 };
 
-char *AsText(const GpbXmlText &text)
-{
-    return reinterpret_cast<char *>(text.get());
-}
-
 } // namespace
 
 unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
@@ -55,7 +50,8 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     {
         return GPB_COMPILER_OK;
     }
-    const GpbXmlText text(xmlNodeGetContent(child));
+    // The text of a lone text child stands in the document as it is.
+    char *text = reinterpret_cast<char *>(child->content);
     if (text == nullptr)
     {
         return GPB_COMPILER_OK;
@@ -86,8 +82,8 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
             return result;
         }
     }
-    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, AsText(text)));
-    char *value = identity == nullptr ? AsText(text) : identity.get();
+    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
+    char *value = identity == nullptr ? text : identity.get();
     unsigned int result = GPB_COMPILER_OK;
     {
         const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);

@@ -6,6 +6,7 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
@@ -63,6 +64,20 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
     {
         return ProcCompilerTopLayer(pstNode, stStack);
     }
+    unsigned int result = PushXmlContainer(pstNode, stStack);
+    if (result != GPB_COMPILER_OK)
+    {
+        return result;
+    }
+    result = IterXmlDoc(pstNode->children, stStack);
+    // Pops the layers of the case, too.
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
+
+unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
     const char *name = GpbXmlNodeName(pstNode);
     const GpbFoundField found =
         pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor, name, layerNum + 1);
@@ -82,8 +97,8 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
         }
     }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    GpbCompilerStackLayer layer;
-    unsigned int result = GenerateLayer(layer, &upper, found.field);
+    GpbNewLayer made(strPathStorage);
+    unsigned int result = GenerateLayer(made.layer, &upper, found.field);
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LAYER_FAILED, "Create layer failed [%s]", name);
@@ -91,7 +106,7 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
     }
     {
         const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
-        result = AddLayerToUpperLayer(upper, layer, found.field);
+        result = AddLayerToUpperLayer(upper, made.layer, found.field);
     }
     if (result != GPB_COMPILER_OK)
     {
@@ -101,16 +116,12 @@ unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerS
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
-                "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.", layer.strXPath.c_str(),
-                GPB_COMPILER_MAX_LAYERS);
+                "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
+                made.layer.strXPath.c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
-    ++stStack.uiLayerNum;
-    result = IterXmlDoc(pstNode->children, stStack);
-    // Pops the layers of the case, too.
-    stStack.uiLayerNum = layerNum;
-    return result;
+    made.PushOnto(stStack);
+    return GPB_COMPILER_OK;
 }
 
 unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)

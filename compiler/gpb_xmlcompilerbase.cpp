@@ -3,6 +3,7 @@
 #include <google/protobuf/dynamic_message.h>
 #include <mutex>
 
+#include "compiler/gpb_enum_text.h"
 #include "compiler/gpb_module_plan.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -35,16 +36,6 @@ void FillSpecialCharTable()
     {
         GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(c)] = 1;
     }
-}
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-char ToUpper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 } // namespace
@@ -107,17 +98,15 @@ const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const cha
     }
     char *out = pcOut + YOS_StrLen(pcOut);
     const char *last = pcOut + uiOutSize - 1;
-    if (IsDigit(*pcYangValue))
+    if (GpbIsDigit(*pcYangValue))
     {
-        *out++ = 'X';
-        *out++ = '_';
+        out = GpbWriteEnumEscape(out);
     }
     for (const char *in = pcYangValue; *in != '\0'; ++in)
     {
-        if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(*in)] != 0)
+        if (GpbIsSpecial(*in))
         {
-            *out++ = 'X';
-            *out++ = '_';
+            out = GpbWriteEnumEscape(out);
             continue;
         }
         // Only here is the room respected; callers leave room for the two-character writes.
@@ -125,7 +114,7 @@ const char *GpbXmlCompilerBase_EnumYang2Proto(const char *pcYangValue, const cha
         {
             break;
         }
-        *out++ = ToUpper(*in);
+        *out++ = GpbToUpper(*in);
         if (out == last)
         {
             break;

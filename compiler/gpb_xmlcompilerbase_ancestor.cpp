@@ -34,8 +34,15 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     return nullptr;
 }
 
-void AccumulatePath(std::string &path, const GpbCompilerStackLayer &top, const FieldDescriptor *entry)
+// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one.
+void SetPath(std::string &path, const std::string *before, const GpbCompilerStackLayer &top,
+             const FieldDescriptor *entry)
 {
+    path.clear();
+    if (before != nullptr)
+    {
+        path.append(*before);
+    }
     if (path.size() <= MAX_ACCUMULATED_PATH)
     {
         path.append(top.strXPath).append(".").append(entry->name());
@@ -109,7 +116,7 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
     {
         return GPB_COMPILER_ERR;
     }
-    std::string path; // deliberately never cleared between entries
+    const std::string *path = nullptr; // of the last new layer
     while (count > 0)
     {
         const FieldDescriptor *entry = ancestors[--count];
@@ -122,7 +129,6 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
             continue;
         }
         const GpbCompilerStackLayer &top = stack.astLayer[stack.uiLayerNum - 1];
-        AccumulatePath(path, top, entry);
         Message *message = OpenMessage(stack, top.pstMessage, entry);
         // The message is made before the room is tested, so a full stack leaves it behind, empty.
         if (message == nullptr || stack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
@@ -130,7 +136,8 @@ unsigned int GpbPushAncestorLayers(const FieldDescriptor *field, GpbCompilerStac
             return GPB_COMPILER_ERR;
         }
         GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
-        layer.strXPath = path;
+        SetPath(layer.strXPath, path, top, entry);
+        path = &layer.strXPath;
         layer.pstDescriptor = entry->message_type();
         layer.pstMessage = message;
         ++stack.uiLayerNum;

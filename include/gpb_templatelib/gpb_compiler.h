@@ -254,6 +254,9 @@ protected:
 
     /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
     unsigned char ucFactoryBroken = 0;
+
+    /** Memory of a path that is no longer needed. */
+    std::string strPathStorage;
 };
 
 /** Turns an XML document into a serialized GPB message. */
@@ -280,6 +283,7 @@ protected:
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
+    unsigned int PushXmlContainer(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlPresenceContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlEmptyLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);

@@ -162,6 +162,17 @@ const std::vector<std::string> kRefusedLines = {
     "0: [N7gpbtest12OpenCompilerE]Fail to encode, error code is 5.",
 };
 
+/** Has protobuf make what it makes once per file: it loses it when its memory cannot be had. */
+void makeIndexes(const google::protobuf::Descriptor *type)
+{
+    (void)type->FindFieldByLowercaseName("no_such_name");
+    (void)type->FindEnumValueByName("no_such_name");
+    for (int i = 0; i < type->nested_type_count(); ++i)
+    {
+        makeIndexes(type->nested_type(i));
+    }
+}
+
 class ThrowingNewTest : public ::testing::Test
 {
 protected:
@@ -199,6 +210,16 @@ protected:
         EXPECT_EQ(0u, GPBLIB_ProtobufLoad(m_context, "choice", 0));
         const google::protobuf::compiler::Importer *const importer = GPBLIB_GetImporter(m_context);
         return new Compiler(importer->pool()->FindFileByName("choice.proto"), importer, m_context);
+    }
+
+    /** Begins anew with a context in which nothing has been worked out yet. */
+    void recreateContext()
+    {
+        GPBLIB_Uninitial(m_context);
+        const GpbLibInitParam param = {1, 2, {{0, keepLine}}};
+        m_context = GPBLIB_Initial(&param);
+        ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, "choice", 0));
+        makeIndexes(GPBLIB_GetImporter(m_context)->pool()->FindMessageTypeByName("choice.Top"));
     }
 
     /** How many allocations a fresh compiler needs for a document. */
@@ -385,6 +406,7 @@ TEST_F(ThrowingNewTest, XmlToJsonIsRefusedOrLosesItsResult)
     {
         ++failing;
         SCOPED_TRACE("allocation " + std::to_string(failing));
+        recreateContext();
         GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, "choice", 0);
         ASSERT_NE(nullptr, compiler);
         unsigned int length = 7;
@@ -485,23 +507,11 @@ TEST_F(ThrowingNewTest, EncodeAfterAFailureIsWholeOrRefused)
     EXPECT_GT(refused, 20u);
 }
 
-/** Has protobuf make what it makes once per file: it loses it when its memory cannot be had. */
-void makeIndexes(const google::protobuf::Descriptor *type)
-{
-    (void)type->FindFieldByLowercaseName("no_such_name");
-    (void)type->FindEnumValueByName("no_such_name");
-    for (int i = 0; i < type->nested_type_count(); ++i)
-    {
-        makeIndexes(type->nested_type(i));
-    }
-}
-
 // The first compiler of a context has the plan made that all of them share: whatever of it cannot be made is made
 // later, and no later compiler suffers.
 TEST_F(ThrowingNewTest, PlanIsMadeOrMadeLater)
 {
     const gpbtest::XmlDocument document(kDocument);
-    GPBLIB_Uninitial(m_context);
     uint64_t failures = 0;
     uint64_t count = 0;
     uint64_t failing = 0;
@@ -509,10 +519,7 @@ TEST_F(ThrowingNewTest, PlanIsMadeOrMadeLater)
     {
         ++failing;
         SCOPED_TRACE("allocation " + std::to_string(failing));
-        const GpbLibInitParam param = {1, 2, {{0, keepLine}}};
-        m_context = GPBLIB_Initial(&param);
-        ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, "choice", 0));
-        makeIndexes(GPBLIB_GetImporter(m_context)->pool()->FindMessageTypeByName("choice.Top"));
+        recreateContext();
         unsigned int length = 7;
         unsigned int error = 0;
         g_lineNum = 0;
@@ -546,9 +553,7 @@ TEST_F(ThrowingNewTest, PlanIsMadeOrMadeLater)
         ASSERT_NE(nullptr, later);
         EXPECT_TRUE(m_judge.holds("choice.Top", std::string(later, length), kExpected));
         GpbXmlCompiler_Destory(compiler);
-        GPBLIB_Uninitial(m_context);
     } while (count >= failing);
-    m_context = nullptr;
     EXPECT_GT(failures, 50u);
 }
 

@@ -1,0 +1,89 @@
+#include "compiler/gpb_enum_names.h"
+
+#include <string>
+
+#include "compiler/gpb_enum_text.h"
+
+using google::protobuf::Descriptor;
+using google::protobuf::EnumDescriptor;
+
+namespace
+{
+
+// Calls `take(rest, number)` for each value whose name begins with the prefix.
+template <typename Take>
+void ForEachValue(const Descriptor *message, const std::string &prefix, const Take &take)
+{
+    for (int i = 0; i < message->enum_type_count(); ++i)
+    {
+        const EnumDescriptor *declared = message->enum_type(i);
+        for (int k = 0; k < declared->value_count(); ++k)
+        {
+            const std::string &name = declared->value(k)->name();
+            if (name.compare(0, prefix.size(), prefix) == 0)
+            {
+                take(std::string_view(name).substr(prefix.size()), declared->value(k)->number());
+            }
+        }
+    }
+}
+
+std::string PrefixOf(const EnumDescriptor *type)
+{
+    return type->name() + "_";
+}
+
+size_t ValueCount(const Descriptor *message, const EnumDescriptor *type)
+{
+    size_t count = 0;
+    ForEachValue(message, PrefixOf(type), [&](std::string_view /*rest*/, int /*number*/) { ++count; });
+    return count;
+}
+
+size_t ByteCount(const Descriptor *message, const EnumDescriptor *type)
+{
+    size_t bytes = 0;
+    ForEachValue(message, PrefixOf(type), [&](std::string_view rest, int /*number*/) { bytes += rest.size(); });
+    return bytes;
+}
+
+} // namespace
+
+GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type)
+    : prefixLength_(PrefixOf(type).size()), places_(ValueCount(message, type), ByteCount(message, type))
+{
+    ForEachValue(message, PrefixOf(type),
+                 [&](std::string_view rest, int number)
+                 {
+                     numbers_.push_back(number);
+                     places_.Add(rest, static_cast<uint32_t>(numbers_.size()));
+                 });
+}
+
+const int *GpbEnumNames::Find(std::string_view yangValue) const
+{
+    // Every character, and the escape before a digit, may take two places.
+    if (prefixLength_ + (yangValue.size() + 1) * sizeof(GPB_ENUM_ESCAPE) >= GPB_NAME_SIZE)
+    {
+        return nullptr;
+    }
+    char rest[GPB_NAME_SIZE];
+    char *out = rest;
+    if (!yangValue.empty() && GpbIsDigit(yangValue.front()))
+    {
+        out = GpbWriteEnumEscape(out);
+    }
+    for (const char c : yangValue)
+    {
+        if (GpbIsSpecial(c))
+        {
+            out = GpbWriteEnumEscape(out);
+        }
+        else
+        {
+            *out++ = GpbToUpper(c);
+        }
+    }
+    const uint32_t place = places_.Find(std::string_view(rest, static_cast<size_t>(out - rest)));
+    return place == GpbNameMap::NOTHING ? nullptr : &numbers_[place - 1];
+}

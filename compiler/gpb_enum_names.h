@@ -1,0 +1,29 @@
+// Enum values by the names that documents give them.
+#ifndef GPB_COMPILER_GPB_ENUM_NAMES_H
+#define GPB_COMPILER_GPB_ENUM_NAMES_H
+
+#include <cstddef>
+#include <google/protobuf/descriptor.h>
+#include <string_view>
+#include <vector>
+
+#include "descriptor/gpb_name_map.h"
+
+/// What the enum translator finds for the leaves of an enum type in one message type: values of all enums that are
+/// declared there, by the name of the leaf's enum type and the value. Made once and then only read.
+class GpbEnumNames
+{
+public:
+    GpbEnumNames(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
+
+    /// The number of a YANG value. Null for one that is not known here, and for one so long that its name might be cut:
+    /// the translator then has to search.
+    const int *Find(std::string_view yangValue) const;
+
+private:
+    size_t prefixLength_; ///< of the enum type's name and the underline behind it
+    std::vector<int> numbers_;
+    GpbNameMap places_; ///< by the rest of the name: the place of its number, counted from 1
+};
+
+#endif
