@@ -7,6 +7,7 @@
 //   textbook    names converted and looked up as they come, otherwise as the floor
 //   generated   a walk written by hand fills the classes that protoc makes of the module
 //   prototype   creating alone: a look-up in a kept factory, and FEW allocations
+//   file_and_prototype   the same, and the question whether the module's file still is there, which creating asks
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
@@ -17,6 +18,7 @@
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
+#include "platform/yos.h"
 #include "support/bench_run.h"
 #include "support/compiler_ptr.h"
 #include "support/dom.h"
@@ -47,8 +49,9 @@ class Subject
 {
 public:
     Subject(gpbbench::LibrarySession &session, const Workload &workload)
-        : context_(session.Context()), module_(workload.moduleName), leaves_(workload.leaves),
-          document_(gpbbench::ParseXml(workload.xmlText)), root_(xmlDocGetRootElement(document_.get()))
+        : context_(session.Context()), module_(workload.moduleName), file_(session.FileOf(module_)),
+          leaves_(workload.leaves), document_(gpbbench::ParseXml(workload.xmlText)),
+          root_(xmlDocGetRootElement(document_.get()))
     {
         session.AddModule(workload.moduleName, workload.protoText);
         peers_ = std::make_unique<gpbbench::GpbPeers<XmlDom>>(session.Pool(), workload.topMessage, root_);
@@ -84,6 +87,8 @@ public:
         return bytes;
     }
 
+    void LookForFile() const { benchmark::DoNotOptimize(YOS_VFS_IsFileExist(file_.c_str())); }
+
     void LookUpPrototype() const
     {
         benchmark::DoNotOptimize(peers_->LookUpPrototype());
@@ -111,6 +116,7 @@ public:
 private:
     GpbLibContext *context_;
     std::string module_;
+    std::string file_;
     size_t leaves_;
     gpbbench::XmlDocument document_;
     xmlNode *root_;
@@ -182,9 +188,15 @@ private:
             Register(name, "generated", subject->Leaves(), [subject] { return subject->Generated(); });
         }
         const Subject *subject = subjects_.front().get();
-        tables_.push_back({{{"compiler alone", {"create"}, 0}}, {"request", "prototype"}});
+        tables_.push_back({{{"compiler alone", {"create"}, 0}}, {"request", "prototype", "file_and_prototype"}});
         gpbbench::Register("create", "request", 1, [subject] { benchmark::DoNotOptimize(subject->Compiler().get()); });
         gpbbench::Register("create", "prototype", 1, [subject] { subject->LookUpPrototype(); });
+        gpbbench::Register("create", "file_and_prototype", 1,
+                           [subject]
+                           {
+                               subject->LookForFile();
+                               subject->LookUpPrototype();
+                           });
     }
 
     void AddOrders()

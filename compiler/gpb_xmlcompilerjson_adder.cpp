@@ -1,10 +1,8 @@
 // XML to JSON: how the text of a leaf becomes an item, by the type of its field.
 #include <cjson/cJSON.h>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <google/protobuf/descriptor.h>
 
+#include "compiler/gpb_number_text.h"
 #include "compiler/gpb_xml_node.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_memory.h"
@@ -20,34 +18,12 @@ constexpr unsigned char NUMBERS_OF_64_BITS = 1;
 constexpr char TRUE_TEXT[] = "true";
 constexpr char DECIMAL_TYPE[] = "Decimal";
 
-// An integer of so few digits is exact in a double, however it is read.
-constexpr ptrdiff_t SHORT_DIGITS = 15;
-
-// strtod takes most of its time for fractions and exponents, which integers do not have.
-double ReadNumber(const char *text)
-{
-    const bool isNegative = *text == '-';
-    const char *const digits = isNegative ? text + 1 : text;
-    int64_t value = 0;
-    const char *next = digits;
-    for (; *next >= '0' && *next <= '9' && next - digits < SHORT_DIGITS; ++next)
-    {
-        value = value * 10 + (*next - '0');
-    }
-    // Zero has a sign of its own in a double.
-    if (*next != '\0' || value == 0)
-    {
-        return std::strtod(text, nullptr);
-    }
-    return static_cast<double>(isNegative ? -value : value);
-}
-
 } // namespace
 
 cJSON *GpbXmlCompilerJson_AddNumber(const FieldDescriptor * /*pstField*/, const char *pcText, uint32_t uiModuleId)
 {
     // Deliberately a double for every type: that is what a JSON number is to most readers.
-    return pcText == nullptr ? nullptr : GpbLib_Json_AllocNumber(uiModuleId, ReadNumber(pcText));
+    return pcText == nullptr ? nullptr : GpbLib_Json_AllocNumber(uiModuleId, GpbReadDouble(pcText));
 }
 
 cJSON *GpbXmlCompilerJson_AddString(const FieldDescriptor * /*pstField*/, const char *pcText, uint32_t uiModuleId)

@@ -2,6 +2,7 @@
 from dataclasses import dataclass, field
 
 SIZES = (20, 200, 2000, 20000, 200000)
+LARGER_SIZES = SIZES[1:]
 MIDDLE_SIZES = (200, 2000, 20000)
 OBJECT_TREE_SIZES = (10, 1000, 100000)
 
@@ -60,16 +61,22 @@ def _xml_only():
             [(f"{program}/case_by_name:200/request", f"{program}/case_by_name:4/request")]),
         Row("Compiler created and destroyed / a prototype looked up and 8 allocations", 1.0, None,
             [(f"{program}/create/request", f"{program}/create/prototype")]),
+        Row("The same, when looking for the module's file is counted on both sides", 1.0, None,
+            [(f"{program}/create/request", f"{program}/create/file_and_prototype")]),
     ]
 
 
 def _to_json():
     program = "xml_to_json"
     return [
-        Row("XML to JSON / cJSON tree built and printed by hand", 1.0, 0.45,
-            _against(program, _sizes(SIZES), "cjson_walk")),
-        Row("XML to JSON, with parsing / libyang", 0.4, None,
-            _against(program, _sizes(SIZES, "text"), "libyang")),
+        Row("XML to JSON, 200 to 200,000 leaves / cJSON tree built and printed by hand", 1.0, 0.45,
+            _against(program, _sizes(LARGER_SIZES), "cjson_walk")),
+        Row("XML to JSON, 20 leaves / cJSON tree built and printed by hand", 1.0, 0.45,
+            _against(program, _sizes((20,)), "cjson_walk")),
+        Row("XML to JSON, with parsing, 200 to 200,000 leaves / libyang", 0.4, None,
+            _against(program, _sizes(LARGER_SIZES, "text"), "libyang")),
+        Row("XML to JSON, with parsing, 20 leaves / libyang", 0.4, None,
+            _against(program, _sizes((20,), "text"), "libyang")),
         Row("XML to JSON, cost per leaf, 20,000 leaves / 2,000 leaves", 1.3, 1.1,
             [(f"{program}/size:20000/request", f"{program}/size:2000/request")]),
     ]
@@ -93,8 +100,10 @@ def rows():
         *_to_gpb("XML to GPB", "xml_to_gpb"),
         *_xml_only(),
         *_to_gpb("JSON to GPB", "json_to_gpb"),
-        Row("JSON to GPB, with parsing / JsonStringToMessage and serializing", 0.20, None,
-            _against("json_to_gpb", _sizes(SIZES, "text"), "protobuf")),
+        Row("JSON to GPB, with parsing, 200 to 200,000 leaves / JsonStringToMessage and serializing", 0.20, None,
+            _against("json_to_gpb", _sizes(LARGER_SIZES, "text"), "protobuf")),
+        Row("JSON to GPB, with parsing, 20 leaves / JsonStringToMessage and serializing", 0.20, None,
+            _against("json_to_gpb", _sizes((20,), "text"), "protobuf")),
         *_to_json(),
         *_object_tree(),
     ]

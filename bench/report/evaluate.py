@@ -8,16 +8,17 @@ EXACT_MARGIN = 1.02  # of a bar in bytes or instructions
 
 
 def _ratio(times, pair, metric):
-    """(ratio of medians, lowest, highest ratio of the repetitions), or None when one side was not measured."""
+    """(ratio of medians, lowest, highest ratio of the repetitions, where), or None when one side was not measured."""
+    where = pair[0].split("/")[1]
     one, peer = (times.get(name) for name in pair)
     if one is None or peer is None:
         return None
     if metric == bars.PEAK:
         exact = one["peak_bytes"] / peer["peak_bytes"]
-        return exact, exact, exact
+        return exact, exact, exact, where
     by_repetition = [a / b for a, b in zip(one["ns_per_leaf"], peer["ns_per_leaf"])]
     medians = statistics.median(one["ns_per_leaf"]) / statistics.median(peer["ns_per_leaf"])
-    return medians, min(by_repetition), max(by_repetition)
+    return medians, min(by_repetition), max(by_repetition), where
 
 
 def _worst(candidates):
@@ -39,6 +40,7 @@ def evaluate(results):
         records.append({
             "job": row.job, "bar": row.bar, "goal": row.goal, "metric": row.metric,
             "measured": worst and worst[0], "lowest": worst and worst[1], "highest": worst and worst[2],
+            "where": worst and worst[3],
             "instructions": counted,
             "holds": None if worst is None or row.bar is None else worst[0] <= row.bar,
         })

@@ -1,6 +1,6 @@
 """The table of ratios as text."""
 
-HEADINGS = ("job / peer", "bar", "go for", "measured", "spread", "instructions", "holds")
+HEADINGS = ("job / peer", "bar", "go for", "measured", "at", "spread", "instructions", "holds")
 
 
 def number(value):
@@ -20,8 +20,8 @@ def cells(record):
     spread = "-"
     if record["measured"] is not None and record["lowest"] != record["highest"]:
         spread = f"{number(record['lowest'])} - {number(record['highest'])}"
-    return (record["job"], number(record["bar"]), number(record["goal"]), number(record["measured"]), spread,
-            number(record["instructions"]), holds(record))
+    return (record["job"], number(record["bar"]), number(record["goal"]), number(record["measured"]),
+            record["where"] or "-", spread, number(record["instructions"]), holds(record))
 
 
 def text(records):
