@@ -1,5 +1,6 @@
 #include "compiler/gpb_enum_names.h"
 
+#include <algorithm>
 #include <string>
 
 #include "compiler/gpb_enum_text.h"
@@ -86,4 +87,12 @@ const int *GpbEnumNames::Find(std::string_view yangValue) const
     }
     const uint32_t place = places_.Find(std::string_view(rest, static_cast<size_t>(out - rest)));
     return place == GpbNameMap::NOTHING ? nullptr : &numbers_[place - 1];
+}
+
+bool GpbEnumNames::AreAllOf(const EnumDescriptor &type) const
+{
+    // A name that is cut where the prefix ends, or before, might be that of any value.
+    return prefixLength_ < GPB_NAME_SIZE - 1 &&
+           std::all_of(numbers_.begin(), numbers_.end(),
+                       [&](int number) { return type.FindValueByNumber(number) != nullptr; });
 }

@@ -20,6 +20,9 @@ public:
     /// the translator then has to search.
     const int *Find(std::string_view yangValue) const;
 
+    /// Whether the enum type has every number that a document can name.
+    bool AreAllOf(const google::protobuf::EnumDescriptor &type) const;
+
 private:
     size_t prefixLength_; ///< of the enum type's name and the underline behind it
     std::vector<int> numbers_;

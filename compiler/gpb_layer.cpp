@@ -28,6 +28,12 @@ constexpr uint32_t NO_SUFFIX = 1;
 // The most bytes that protobuf serializes a message into.
 constexpr size_t MAX_MESSAGE_SIZE = INT32_MAX;
 
+bool IsWhole(const Message &message)
+{
+    const GpbRecord *record = GpbRecordOf(&message);
+    return record == nullptr ? message.IsInitialized() : record->IsWhole();
+}
+
 // Makes the bytes of a message; false when there are too many of them.
 bool Serialize(const Message &message, std::string &buffer)
 {
@@ -144,12 +150,12 @@ const char *GpbSerialize(void *libHandle, const Message *message, const GpbSeria
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, log.function, log.noMessageLine, "%s", log.noMessageText);
         return nullptr;
     }
-    // The look for required fields allocates, too: a failure of it is one to serialize. Records have none.
+    // The look for required fields allocates, too: a failure of it is one to serialize.
     bool isInitialized = true;
     const bool isDone = GpbNoThrow(false,
                                    [&]
                                    {
-                                       isInitialized = GpbRecordOf(message) != nullptr || message->IsInitialized();
+                                       isInitialized = IsWhole(*message);
                                        return isInitialized && Serialize(*message, buffer);
                                    });
     if (!isInitialized)

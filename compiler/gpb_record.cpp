@@ -77,6 +77,40 @@ bool GpbRecord::IsWithin(const GpbRecord &other) const
     return record != nullptr;
 }
 
+bool GpbRecord::IsWhole() const
+{
+    if (!type_.MayReachRequired())
+    {
+        return true;
+    }
+    for (uint32_t place = 0; place < type_.FieldCount(); ++place)
+    {
+        if (type_.FieldAt(place).isRequired && !IsPresent(place))
+        {
+            return false;
+        }
+    }
+    bool isWhole = true;
+    ForEachFromLast(
+        [&](const GpbRecordField &field, GpbRecordValue value)
+        {
+            if (field.form != GpbWireForm::MESSAGE)
+            {
+                return;
+            }
+            if (!field.isRepeated)
+            {
+                isWhole = isWhole && value.record->IsWhole();
+                return;
+            }
+            for (const GpbRecordCell *cell = value.last; cell != nullptr && isWhole; cell = cell->previous)
+            {
+                isWhole = cell->value.record->IsWhole();
+            }
+        });
+    return isWhole;
+}
+
 void GpbRecord::Append(uint32_t place, GpbRecordValue value)
 {
     GpbRecordCell *previous = IsPresent(place) ? values_[place].last : nullptr;

@@ -99,6 +99,9 @@ public:
     /// Whether this is `other` or lies in it.
     bool IsWithin(const GpbRecord &other) const;
 
+    /// Whether no required field is missing, here and in what lies in it.
+    bool IsWhole() const;
+
     /// Calls `visit(field, value)` for each field that is there, the one with the highest number first.
     template <typename Visit>
     void ForEachFromLast(const Visit &visit) const

@@ -1,5 +1,6 @@
 #include "compiler/gpb_record_plan.h"
 
+#include <algorithm>
 #include <google/protobuf/descriptor.h>
 
 #include "compiler/gpb_type_chain.h"
@@ -35,6 +36,20 @@ std::vector<const Descriptor *> UnknownTypes(const Descriptor *top, KnownTypes &
     return unknown;
 }
 
+// Whether a type has required fields, or fields of types that may reach some.
+bool ReachesRequired(const GpbRecordType &type)
+{
+    for (size_t place = 0; place < type.FieldCount(); ++place)
+    {
+        const GpbRecordField &field = type.FieldAt(place);
+        if (field.isRequired || (field.type != nullptr && field.type->MayReachRequired()))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 GpbTopType GpbRecordPlan::TopTypeOf(const Descriptor *type)
@@ -61,16 +76,26 @@ const GpbRecordType *GpbRecordPlan::MakeTypes(const Descriptor *top)
     std::vector<std::unique_ptr<GpbRecordType>> made;
     for (const Descriptor *type : unknown)
     {
-        if (!GpbRecordType::CanHold(type))
+        made.push_back(std::make_unique<GpbRecordType>(type));
+        if (!made.back()->CanHold())
         {
             return nullptr;
         }
-        made.push_back(std::make_unique<GpbRecordType>(type));
         known[type] = made.back().get();
     }
     for (const std::unique_ptr<GpbRecordType> &type : made)
     {
         type->LinkTo([&](const Descriptor *descriptor) { return known.find(descriptor)->second; });
+    }
+    // Types that are made together may all reach each other.
+    const bool mayReachRequired = std::any_of(unknown.begin(), unknown.end(),
+                                              [&](const Descriptor *type) { return ReachesRequired(*known[type]); });
+    for (const std::unique_ptr<GpbRecordType> &type : made)
+    {
+        if (mayReachRequired)
+        {
+            type->SetMayReachRequired();
+        }
     }
     types_.reserve(types_.size() + made.size());
     for (std::unique_ptr<GpbRecordType> &type : made)

@@ -64,6 +64,7 @@ GpbRecordField Describe(const FieldDescriptor *field)
     described.form = FormOf(field);
     described.isRepeated = field->is_repeated();
     described.isPacked = field->is_packed();
+    described.isRequired = field->is_required();
     described.hasPresence = field->has_presence();
     const uint32_t wireType = described.isPacked ? WIRE_LENGTH : WireTypeOf(described.form);
     described.tag = (static_cast<uint32_t>(field->number()) << WIRE_TYPE_BITS) | wireType;
@@ -98,7 +99,16 @@ const GpbEnumNames *GpbRecordType::EnumNamesOf(const google::protobuf::EnumDescr
     return type == nullptr ? nullptr : &enums_.try_emplace(type, descriptor_, type).first->second;
 }
 
-bool GpbRecordType::CanHold(const google::protobuf::Descriptor *descriptor)
+bool GpbRecordType::CanHold() const
 {
-    return descriptor->file()->syntax() == FileDescriptor::SYNTAX_PROTO3 && !descriptor->options().map_entry();
+    const auto &options = descriptor_->options();
+    const bool hasClosedEnums = descriptor_->file()->syntax() != FileDescriptor::SYNTAX_PROTO3;
+    return !options.map_entry() && !options.message_set_wire_format() &&
+           std::all_of(fields_.begin(), fields_.end(),
+                       [&](const GpbRecordField &field)
+                       {
+                           return field.field->type() != FieldDescriptor::TYPE_GROUP &&
+                                  (!hasClosedEnums || field.enumNames == nullptr ||
+                                   field.enumNames->AreAllOf(*field.field->enum_type()));
+                       });
 }

@@ -33,6 +33,7 @@ struct GpbRecordField
     GpbWireForm form = GpbWireForm::VARINT;
     bool isRepeated = false;
     bool isPacked = false;
+    bool isRequired = false;
     bool hasPresence = false; ///< written whenever it was set; else only when it is not zero
     uint32_t choice = 0;      ///< number of its oneof, counted from 1; 0 outside of oneofs
 };
@@ -55,9 +56,13 @@ public:
         }
     }
 
-    /// Whether records can stand for messages of this type: what only older files have (required fields, groups,
-    /// extensions, closed enums), and maps, are left to protobuf.
-    static bool CanHold(const google::protobuf::Descriptor *descriptor);
+    /// Whether records can stand for messages of this type. Left to protobuf are maps, groups, sets of messages, and
+    /// closed enums of which a document can name a number that they do not have, since that is no value of the field.
+    bool CanHold() const;
+
+    /// Whether a record of this type, or one in it, may have required fields.
+    bool MayReachRequired() const { return mayReachRequired_; }
+    void SetMayReachRequired() { mayReachRequired_ = true; }
 
     const google::protobuf::Descriptor *Descriptor() const { return descriptor_; }
     const GpbRecordField &FieldAt(size_t place) const { return fields_[place]; }
@@ -79,6 +84,7 @@ private:
     const GpbEnumNames *EnumNamesOf(const google::protobuf::EnumDescriptor *type);
 
     const google::protobuf::Descriptor *descriptor_;
+    bool mayReachRequired_ = false;
     std::vector<GpbRecordField> fields_;
     std::vector<uint32_t> places_; ///< by the index in the descriptor
     std::unordered_map<const google::protobuf::EnumDescriptor *, GpbEnumNames> enums_; ///< its elements never move

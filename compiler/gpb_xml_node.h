@@ -17,12 +17,40 @@ using GpbXmlText = std::unique_ptr<xmlChar, GpbXmlTextFree>;
 enum class GpbXmlNodeKind
 {
     IGNORED,  ///< marked "__tlmtIgnored", or no element: passed over with its subtree
-    EMPTY,    ///< no children: an empty leaf, or nothing at all when it is no element
+    EMPTY,    ///< no children: an empty leaf
     LEAF,     ///< a lone text child
     CONTAINER ///< anything else
 };
 
-GpbXmlNodeKind GpbClassifyXmlNode(xmlNode *node);
+/// Whether an element has the attribute that takes it out of the encoding.
+bool GpbIsMarkedIgnored(xmlNode *node);
+
+inline GpbXmlNodeKind GpbClassifyXmlNode(xmlNode *node)
+{
+    // Most nodes that are no elements are the blanks between them. Entity references have their declaration as a child:
+    // following it would leave the document, so that a few bytes of entities could stand for any amount of content.
+    if (node->type != XML_ELEMENT_NODE)
+    {
+        return GpbXmlNodeKind::IGNORED;
+    }
+    const xmlNode *first = node->children;
+    if (first == nullptr)
+    {
+        return GpbXmlNodeKind::EMPTY;
+    }
+    // Without attributes, and without a document type that may give default ones, there is no mark.
+    const bool hasAttributes =
+        node->properties != nullptr || (node->doc != nullptr && node->doc->intSubset != nullptr);
+    if (hasAttributes && GpbIsMarkedIgnored(node))
+    {
+        return GpbXmlNodeKind::IGNORED;
+    }
+    if (first->children == nullptr && first->next == nullptr && first->type != XML_ELEMENT_NODE)
+    {
+        return GpbXmlNodeKind::LEAF;
+    }
+    return GpbXmlNodeKind::CONTAINER;
+}
 
 /// The node's name as a text; empty when it has none.
 inline char *GpbXmlNodeName(xmlNode *node)

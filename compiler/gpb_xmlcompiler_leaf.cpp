@@ -82,7 +82,9 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
             return result;
         }
     }
-    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
+    // Only a leaf that declares a namespace can hold an identity.
+    const std::unique_ptr<char, IdentityFree> identity(
+        pstNode->nsDef == nullptr ? nullptr : GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
     char *value = identity == nullptr ? text : identity.get();
     unsigned int result = GPB_COMPILER_OK;
     {

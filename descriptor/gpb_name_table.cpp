@@ -113,8 +113,7 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
     }
 }
 
-const GpbNamedField &GpbNameTable::Find(const char *nodeName) const
+const GpbNamedField &GpbNameTable::FindConverted(const char *nodeName) const
 {
-    const uint32_t place = places_.Find(nodeName);
-    return fields_[place != GpbNameMap::NOTHING ? place : places_.Find(GpbFieldName(nodeName).text)];
+    return fields_[places_.Find(GpbFieldName(nodeName).text)];
 }

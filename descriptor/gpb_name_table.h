@@ -29,12 +29,18 @@ class GpbNameTable
 public:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer);
 
-    const GpbNamedField &Find(const char *nodeName) const;
+    const GpbNamedField &Find(const char *nodeName) const
+    {
+        const uint32_t place = places_.Find(nodeName);
+        return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
+    }
 
 private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases);
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
+
+    const GpbNamedField &FindConverted(const char *nodeName) const;
 
     std::vector<GpbNamedField> fields_; ///< the answers; the first one is for all names that stand for nothing
     GpbNameMap places_;                 ///< by spelling: the place of the answer

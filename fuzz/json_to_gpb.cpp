@@ -3,6 +3,7 @@
 #include "support/documents.h"
 #include "support/guard.h"
 #include "support/library.h"
+#include "support/twin.h"
 
 namespace
 {
@@ -16,6 +17,7 @@ void encodeWhole(const char *module, cJSON *root)
     unsigned int length = 0;
     const char *const bytes = GpbXmlCompiler_EncodeJson(compiler.get(), root, root, &length);
     gpbfuzz::require(bytes != nullptr || length == 0, "a length without bytes");
+    gpbfuzz::requireSameJson(gpbfuzz::library(), module, root, root);
 }
 
 /** Every sub-tree with one compiler, so that each result replaces another one, and each with one of its own. */
@@ -29,6 +31,7 @@ void encodeSubTrees(const char *module, cJSON *root)
         unsigned int sharedLength = 0;
         const char *const ownBytes = GpbXmlCompiler_EncodeJson(own.get(), root, item, &ownLength);
         const char *const sharedBytes = GpbXmlCompiler_EncodeJson(shared.get(), root, item, &sharedLength);
+        gpbfuzz::requireSameJson(gpbfuzz::library(), module, root, item);
         gpbfuzz::require((ownBytes == nullptr) == (sharedBytes == nullptr) && ownLength == sharedLength,
                          "an earlier encode changes the result");
     }

@@ -3,6 +3,7 @@
 #include "support/documents.h"
 #include "support/guard.h"
 #include "support/library.h"
+#include "support/twin.h"
 
 namespace
 {
@@ -28,6 +29,7 @@ void encode(xmlDoc *document)
     const char *const bytesAgain = GpbXmlCompiler_Encode(compiler.get(), document, &lengthAgain, &codeAgain);
     gpbfuzz::require(codeAgain == code && isEncoded == (bytesAgain != nullptr), "the second encode ends otherwise");
     gpbfuzz::require(!isEncoded || lengthAgain == length, "the second encode has another length");
+    gpbfuzz::requireSameXml(gpbfuzz::library(), module, document);
 }
 
 } // namespace

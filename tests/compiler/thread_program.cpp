@@ -1,5 +1,6 @@
 /** Compilers on several threads: a program of its own, since the first compilers of the process are made here. */
 #include <atomic>
+#include <google/protobuf/compiler/importer.h>
 #include <thread>
 
 #include "compiler/compiler_fixture.h"
@@ -87,6 +88,25 @@ TEST_F(ThreadTest, FirstCompilersAtTheSameMoment)
         GPBLIB_Uninitial(own);
     }
     EXPECT_EQ(1, GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>('!')]);
+}
+
+// The plan of a context is made by whichever compiler comes first, and so is what each of them asks it first.
+TEST_F(ThreadTest, FirstCompilersOfOneContextAtTheSameMoment)
+{
+    const google::protobuf::compiler::Importer *const importer = GPBLIB_GetImporter(context());
+    const google::protobuf::FileDescriptor *const file = importer->pool()->FindFileByName("choice.proto");
+    std::string results[kThreads];
+    runTogether(
+        [&](size_t i)
+        {
+            // Constructed directly: the calls on a context are made by one thread at a time.
+            GpbXmlCompiler compiler(file, importer, context());
+            results[i] = encodeOnce(&compiler);
+        });
+    for (const std::string &bytes : results)
+    {
+        EXPECT_TRUE(judge().holds("choice.Top", bytes, kExpected));
+    }
 }
 
 TEST_F(ThreadTest, CompilersOfOneContext)
