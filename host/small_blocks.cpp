@@ -24,7 +24,7 @@ Shard &shardOfThread()
 
 size_t contentRoomOf(size_t sizeClass)
 {
-    return sizeClass < host::kSteppedClasses ? (sizeClass + 1) * host::kSizeStep
+    return sizeClass < host::kSteppedClasses ? sizeClass * host::kSizeStep
                                              : host::kMaxSteppedSize << (sizeClass - host::kSteppedClasses + 1);
 }
 

@@ -20,10 +20,10 @@
 namespace host
 {
 
-/** Room for content grows in small steps while it is small, then doubles. */
+/** Room for content grows in small steps while it is small, from none on, then doubles. */
 constexpr size_t kSizeStep = 16;
 constexpr size_t kMaxSteppedSize = 512;
-constexpr size_t kSteppedClasses = kMaxSteppedSize / kSizeStep;
+constexpr size_t kSteppedClasses = kMaxSteppedSize / kSizeStep + 1;
 constexpr size_t kSizeClasses = kSteppedClasses + 2;
 constexpr size_t kMaxSmallSize = 4 * kMaxSteppedSize;
 
@@ -36,7 +36,7 @@ inline size_t sizeClassOf(size_t size)
 {
     if (size <= kMaxSteppedSize)
     {
-        return size == 0 ? 0 : (size - 1) / kSizeStep;
+        return (size + kSizeStep - 1) / kSizeStep;
     }
     return size <= 2 * kMaxSteppedSize ? kSteppedClasses : kSteppedClasses + 1;
 }

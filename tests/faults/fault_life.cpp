@@ -7,7 +7,7 @@
 namespace gpbtest
 {
 
-const char *const kFaultModule = "life";
+const char *const kFaultModule = "life-of-a-host"; // its file name does not fit into a string itself
 const char *const kFaultProto = R"(
 syntax = "proto3";
 package life;
