@@ -1,6 +1,7 @@
 """Measures, keeps the results and prints the table of ratios; scripts/bench calls it."""
 import argparse
 import json
+import math
 import pathlib
 import sys
 
@@ -25,14 +26,19 @@ def parse_arguments():
     return parser.parse_args()
 
 
-def load():
-    """The last results: times and instructions come from runs of their own and are kept side by side."""
-    if RESULTS.exists():
-        return json.loads(RESULTS.read_text())
-    return {"machine": {}, "times": {}, "instructions": {}}
+def last_results():
+    return json.loads(RESULTS.read_text()) if RESULTS.exists() else {}
 
 
-def run(arguments, results):
+def kept_results():
+    """Times and instructions come from runs of their own and stand side by side, while they are of the same build."""
+    build = measure.build(PROGRAMS)
+    kept = last_results()
+    return kept if kept.get("build") == build else {"build": build, "machine": {}, "times": {}, "instructions": {}}
+
+
+def run(arguments):
+    results = kept_results()
     if arguments.instructions:
         results["instructions"] = measure.instructions(PROGRAMS, arguments.quick)
     else:
@@ -44,24 +50,26 @@ def run(arguments, results):
     print("\nRatios of medians, the worst of a row's documents; spread over the repetitions, interleaved with the peer's."
           f"\nKept in {RESULTS}.\n")
     print(table.text(results["bars"]))
+    return results
+
+
+def complaints(arguments, results):
+    if arguments.instructions:
+        return evaluate.instruction_failures(results["bars"]) if arguments.check else []
+    largest = measure.MIDDLE_ITEMS if arguments.quick else math.inf
+    found = [f"not measured: {name}" for name in evaluate.missing(results, largest)]
+    return found + (evaluate.failures(results["bars"], arguments.quick) if arguments.check else [])
 
 
 def main():
     arguments = parse_arguments()
-    results = load()
     if arguments.docs:
-        docs.write(results)
+        docs.write(last_results())
         return 0
-    run(arguments, results)
-    if not arguments.check:
-        return 0
-    if arguments.instructions:
-        missed = evaluate.instruction_failures(results["bars"])
-    else:
-        missed = evaluate.failures(results["bars"], arguments.quick)
-    for line in missed:
+    errors = complaints(arguments, run(arguments))
+    for line in errors:
         print(f"error: {line}", file=sys.stderr)
-    return 1 if missed else 0
+    return 1 if errors else 0
 
 
 if __name__ == "__main__":

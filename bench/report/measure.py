@@ -9,7 +9,8 @@ import tempfile
 
 PROGRAMS = ("xml_to_gpb", "json_to_gpb", "xml_to_json", "objtree", "template")
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
-MIDDLE = "--max-items=20000"
+MIDDLE_ITEMS = 20000  # the largest documents of a quick run
+MIDDLE = f"--max-items={MIDDLE_ITEMS}"
 QUICK = (MIDDLE, "--benchmark_repetitions=3", "--benchmark_min_time=0.005")
 QUICK_COUNTING = "--max-items=2000"  # callgrind makes everything fifty times slower
 
@@ -26,6 +27,12 @@ def machine():
     load = pathlib.Path("/proc/loadavg").read_text().split()[:3]
     return {"processor": model.group(1) if model else platform.machine(), "processors": os.cpu_count(),
             "load": " ".join(load)}
+
+
+def build(directory):
+    """Changes with each build of what is measured."""
+    files = [*(f"{directory}/bench_{program}" for program in PROGRAMS), *pathlib.Path(directory, "../lib").glob("*.so")]
+    return max(os.stat(file).st_mtime_ns for file in files)
 
 
 def times(directory, quick):
