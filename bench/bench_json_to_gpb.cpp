@@ -193,7 +193,7 @@ std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, std::vector
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
     gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "floor", "textbook", "generated"}};
     gpbbench::Table text = {{{"document as text", {}, 2}}, {"request", "protobuf"}};
-    for (const size_t leaves : {20, 200, 2000, 20000, 200000})
+    for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
     {
         if (!gpbbench::TakesPart(leaves))
         {

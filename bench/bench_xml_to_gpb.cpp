@@ -9,6 +9,7 @@
 //   prototype   creating alone: a look-up in a kept factory, and FEW allocations
 //   file_and_prototype   the same, and the question whether the module's file still is there, which creating asks
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -32,6 +33,7 @@ namespace
 
 using gpbbench::Workload;
 using gpbbench::XmlDom;
+using Sizes = std::initializer_list<size_t>;
 
 // Leaves of each document of the series in which something else grows.
 constexpr size_t SERIES_LEAVES = 10000;
@@ -134,32 +136,32 @@ public:
         tables_.push_back({{}, {"request", "floor"}});
         AddOrders();
         StartSeries("message width", 0);
-        for (const size_t width : {10, 100, 1000})
+        for (const size_t width : Sizes{10, 100, 1000})
         {
             Add("width:" + std::to_string(width), gpbbench::MakeWideWorkload(width, width, SERIES_LEAVES));
         }
         StartSeries("ten of a thousand", 0);
-        for (const size_t leaves : {size_t{20}, SPARSE_LEAVES})
+        for (const size_t leaves : Sizes{20, SPARSE_LEAVES})
         {
             Add("sparse:" + std::to_string(leaves), gpbbench::MakeWideWorkload(1000, 10, leaves));
         }
         StartSeries("number of cases", 0);
-        for (const size_t cases : {4, 64, 200})
+        for (const size_t cases : Sizes{4, 64, 200})
         {
             Add("cases:" + std::to_string(cases), gpbbench::MakeChoiceWorkload(cases, SERIES_LEAVES));
         }
         StartSeries("cases in cases", 0);
-        for (const size_t cases : {2, 14})
+        for (const size_t cases : Sizes{2, 14})
         {
             Add("nested:" + std::to_string(cases), gpbbench::MakeNestedChoiceWorkload(cases, SERIES_LEAVES));
         }
         StartSeries("field by name", 0);
-        for (const size_t width : {10, 1000})
+        for (const size_t width : Sizes{10, 1000})
         {
             Add("by_name:" + std::to_string(width), gpbbench::MakeFieldByNameWorkload(width, BY_NAME_LEAVES));
         }
         StartSeries("case field by name", 0);
-        for (const size_t cases : {4, 200})
+        for (const size_t cases : Sizes{4, 200})
         {
             Add("case_by_name:" + std::to_string(cases), gpbbench::MakeCaseFieldByNameWorkload(cases, BY_NAME_LEAVES));
         }
@@ -173,7 +175,7 @@ private:
         // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
         tables_.push_back({{}, {"request", "floor", "new_types", "textbook", "generated"}});
         StartSeries("document size", 2);
-        for (const size_t leaves : {20, 200, 2000, 20000, 200000})
+        for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
         {
             const std::string name = "size:" + std::to_string(leaves);
             const Subject *subject = Add(name, gpbbench::MakeTelemetryWorkload(leaves));
@@ -202,7 +204,7 @@ private:
     void AddOrders()
     {
         StartSeries("order of nodes", 0);
-        for (const size_t leaves : {200, 20000})
+        for (const size_t leaves : Sizes{200, 20000})
         {
             Add("ordered:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves));
             Add("mixed:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves, gpbbench::NodeOrder::MIXED));

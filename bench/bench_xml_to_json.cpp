@@ -161,7 +161,7 @@ std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, const ly_ct
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
     gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "cjson_walk"}};
     gpbbench::Table text = {{{"document as text", {}, 2}}, {"request", "libyang"}};
-    for (const size_t leaves : {20, 200, 2000, 20000, 200000})
+    for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
     {
         if (!gpbbench::TakesPart(leaves))
         {

@@ -22,6 +22,9 @@ struct Workload
 constexpr size_t TELEMETRY_CONFIG_LEAVES = 11;
 constexpr size_t TELEMETRY_PROFILE_LEAVES = 4;
 
+/// The sizes in leaves of the documents that every program measures.
+constexpr size_t DOCUMENT_SIZES[] = {20, 200, 2000, 20000, 200000};
+
 /// How the nodes of a message follow each other in the document.
 enum class NodeOrder
 {
