@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -207,19 +208,14 @@ void GpbJsonText::AppendString(const char *string)
 void GpbJsonText::AppendPlain(const char *string)
 {
     const size_t length = std::strlen(string);
-    char *out = Begin(length);
-    std::memcpy(out, string, length);
-    Finish(out + length);
+    Finish(std::copy_n(string, length, Begin(length)));
 }
 
 void GpbJsonText::Grow(size_t most)
 {
     const size_t capacity = std::max({FIRST_CAPACITY, capacity_ * 2, size_ + most});
     std::unique_ptr<char[]> buffer(new char[capacity]);
-    if (size_ != 0)
-    {
-        std::memcpy(buffer.get(), buffer_.get(), size_);
-    }
+    std::copy_n(buffer_.get(), size_, buffer.get());
     buffer_ = std::move(buffer);
     capacity_ = capacity;
 }
