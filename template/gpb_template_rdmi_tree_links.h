@@ -11,16 +11,14 @@ inline ObjNode *GpbNodeOfLink(CmfTreeNode *link)
     return reinterpret_cast<ObjNode *>(link);
 }
 
-// Two words of the header are the same in every tree service, so that no call is needed for them: the parent comes
-// first, then the first child.
 inline ObjNode *GpbParentOf(const ObjNode *node)
 {
-    return GpbNodeOfLink(node->stTree.pstParent);
+    return GpbNodeOfLink(CMF_TREE_GetParent(&node->stTree, 0));
 }
 
 inline ObjNode *GpbFirstChildOf(const ObjNode *node)
 {
-    return GpbNodeOfLink(node->stTree.pstFirstChild);
+    return GpbNodeOfLink(CMF_TREE_GetFirstChild(&node->stTree, 0));
 }
 
 inline ObjNode *GpbNextSiblingOf(const ObjNode *node)

@@ -12,6 +12,18 @@ bool IsLeaf(const ObjNode *node)
     return node->nodeType == GPB_OBJNODE_INTLEAF || node->nodeType == GPB_OBJNODE_STRLEAF;
 }
 
+// Two words of the link header are the same in every tree service, so measuring a whole tree need not call for them:
+// the parent comes first, then the first child.
+ObjNode *ParentLinkOf(const ObjNode *node)
+{
+    return GpbNodeOfLink(node->stTree.pstParent);
+}
+
+ObjNode *FirstChildLinkOf(const ObjNode *node)
+{
+    return GpbNodeOfLink(node->stTree.pstFirstChild);
+}
+
 // The size of a node whose length is known.
 uint32_t SizeByLength(const ObjNode *node)
 {
@@ -26,7 +38,7 @@ uint32_t SizeByLength(const ObjNode *node)
 // Begins a node; false when it is measured at once, since it has no children.
 bool BeginContainer(ObjNode *node)
 {
-    const bool hasChildren = GpbFirstChildOf(node) != nullptr;
+    const bool hasChildren = FirstChildLinkOf(node) != nullptr;
     if (hasChildren || !IsLeaf(node))
     {
         // Also for a container without children: it may have lost them since it was measured last.
@@ -46,7 +58,7 @@ ObjNode *Complete(ObjNode *node, const ObjNode *top)
         {
             return nullptr;
         }
-        ObjNode *parent = GpbParentOf(node);
+        ObjNode *parent = ParentLinkOf(node);
         if (!IsLeaf(parent))
         {
             parent->objLen += node->gpbSize;
@@ -111,7 +123,7 @@ void GPBLIB_ObjTree_RefreshBufLen(ObjTree pstTree)
     // more.
     for (ObjNode *node = pstTree; node != nullptr;)
     {
-        node = BeginContainer(node) ? GpbFirstChildOf(node) : Complete(node, pstTree);
+        node = BeginContainer(node) ? FirstChildLinkOf(node) : Complete(node, pstTree);
     }
     // For a tree that hangs below another node.
     GPBLIB_ObjTree_CalcParentBufLen(pstTree);
