@@ -3,13 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace
-{
-
-constexpr size_t FIRST_ROOM = 1000; // the C library has pieces of up to about this size at hand
-
-} // namespace
-
 void GpbBackwardWriter::Grow(size_t size)
 {
     const size_t written = Size();
@@ -17,13 +10,14 @@ void GpbBackwardWriter::Grow(size_t size)
     {
         throw std::length_error("more bytes than a message may have");
     }
-    const size_t room = std::min(limit_, std::max({FIRST_ROOM, room_ * 2, written + size}));
+    const size_t room = std::min(limit_, std::max(nextRoom_, written + size));
     std::unique_ptr<char[]> larger(new char[room]);
     char *const begin = larger.get() + room - written;
     if (written != 0)
     {
         std::memcpy(begin, begin_, written);
     }
+    nextRoom_ = room * 2;
     buffer_ = std::move(larger);
     room_ = room;
     begin_ = begin;

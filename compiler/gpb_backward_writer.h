@@ -13,8 +13,9 @@
 class GpbBackwardWriter
 {
 public:
-    /// @param limit  bytes that may be written; one more is std::length_error
-    explicit GpbBackwardWriter(size_t limit) : limit_(limit) {}
+    /// @param limit     bytes that may be written; one more is std::length_error
+    /// @param expected  bytes for which there is room before it has to grow
+    GpbBackwardWriter(size_t limit, size_t expected) : limit_(limit), nextRoom_(expected) {}
 
     void Varint(uint64_t value)
     {
@@ -74,6 +75,7 @@ private:
     void Grow(size_t size);
 
     size_t limit_;
+    size_t nextRoom_; ///< how large the buffer gets when it grows, at least
     std::unique_ptr<char[]> buffer_;
     size_t room_ = 0;
     char *begin_ = nullptr; ///< of what has been written; it ends with the buffer

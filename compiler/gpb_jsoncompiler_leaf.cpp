@@ -1,6 +1,10 @@
 // JSON to GPB: leaves.
+#include <charconv>
 #include <cjson/cJSON.h>
+#include <cmath>
+#include <cstdint>
 #include <google/protobuf/descriptor.h>
+#include <iterator>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
@@ -26,6 +30,22 @@ constexpr uint32_t LINE_LEAF_CASE_FAILED = 522;
 constexpr char PRESENT[] = "true";
 constexpr char NO_TEXT[] = "";
 
+// A number with fourteen digits. Most are whole and have no more of them: those are written without the platform.
+const char *NumberText(double value, char (&number)[GPB_JSON_NUMBER_SIZE])
+{
+    constexpr double FIFTEEN_DIGITS = 1e14;
+    if (value > -FIFTEEN_DIGITS && value < FIFTEEN_DIGITS && !(value == 0 && std::signbit(value)))
+    {
+        const auto whole = static_cast<int64_t>(value);
+        if (static_cast<double>(whole) == value)
+        {
+            *std::to_chars(std::begin(number), std::end(number) - 1, whole).ptr = '\0';
+            return number;
+        }
+    }
+    return sprintf_s(number, sizeof(number), "%.14g", value) < 0 ? nullptr : number;
+}
+
 // The text of a value as the translators read it; null for a value that is none. `number` is the room for a number.
 const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
 {
@@ -39,7 +59,7 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
     }
     if (cJSON_IsNumber(item) != 0)
     {
-        return sprintf_s(number, sizeof(number), "%.14g", item->valuedouble) < 0 ? nullptr : number;
+        return NumberText(item->valuedouble, number);
     }
     return cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
 }

@@ -158,10 +158,8 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
         }
     }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    GpbNewLayer made(strPathStorage);
-    GpbCompilerStackLayer &layer = made.layer;
-    GenerateXPath(layer, &upper, found.field);
-    layer.pstDescriptor = found.field->message_type();
+    // The path is made when the layer is pushed, and for a log line that somebody reads.
+    GpbCompilerStackLayer layer;
     unsigned int result = GPB_COMPILER_OK;
     {
         const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
@@ -175,11 +173,11 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
-                "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.", layer.strXPath.c_str(),
-                GPB_COMPILER_MAX_LAYERS);
+                "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
+                GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    made.PushOnto(stStack);
+    GpbPushLayer(stStack, layer.pstMessage, *pstFileDesc, *found.field);
     return GPB_COMPILER_OK;
 }
 

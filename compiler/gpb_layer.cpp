@@ -42,7 +42,8 @@ bool Serialize(const Message &message, std::string &buffer)
     {
         return message.SerializeToString(&buffer);
     }
-    GpbBackwardWriter writer(MAX_MESSAGE_SIZE);
+    // Bytes take less room than the values that they are made of, but for long texts.
+    GpbBackwardWriter writer(MAX_MESSAGE_SIZE, record->MemoryTaken() / 2);
     GpbWriteRecord(*record, writer);
     buffer.assign(writer.Written());
     return true;
@@ -106,6 +107,23 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
                     const FieldDescriptor &field)
 {
     layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
+}
+
+void GpbPushLayer(GpbCompilerStack &stack, Message *message, const FileDescriptor &file, const FieldDescriptor &field)
+{
+    const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
+    GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
+    layer.strXPath.clear();
+    layer.strXPath.reserve(upper.strXPath.size() + 1 + field.name().size());
+    GpbAppendXPath(layer, &upper, file, field);
+    layer.pstDescriptor = field.message_type();
+    layer.pstMessage = message;
+    ++stack.uiLayerNum;
+}
+
+std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const FieldDescriptor &field)
+{
+    return upper.strXPath + "." + field.name();
 }
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)

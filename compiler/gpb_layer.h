@@ -48,37 +48,13 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// A layer in the making. Its path takes the storage of one that is no longer needed, and gives it back.
-class GpbNewLayer
-{
-public:
-    /// @param storage  of a compiler; outlives the layer
-    explicit GpbNewLayer(std::string &storage) : storage_(storage)
-    {
-        layer.strXPath.swap(storage_);
-        layer.strXPath.clear();
-    }
+/// Opens a layer on a stack that has room for it, above the top layer, for its field `field`. The slot's path keeps its
+/// memory, so that the layers of a list need it once.
+void GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
+                  const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-    ~GpbNewLayer() { storage_.swap(layer.strXPath); }
-
-    GpbNewLayer(const GpbNewLayer &) = delete;
-    GpbNewLayer &operator=(const GpbNewLayer &) = delete;
-
-    /// Puts the layer on a stack that has room for it. What is left of it is the storage of the slot's earlier path.
-    void PushOnto(GpbCompilerStack &stack)
-    {
-        GpbCompilerStackLayer &slot = stack.astLayer[stack.uiLayerNum];
-        slot.pstDescriptor = layer.pstDescriptor;
-        slot.pstMessage = layer.pstMessage;
-        slot.strXPath.swap(layer.strXPath);
-        ++stack.uiLayerNum;
-    }
-
-    GpbCompilerStackLayer layer;
-
-private:
-    std::string &storage_;
-};
+/// The path of the layer of `field` below `upper`, for a log line.
+std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const google::protobuf::FieldDescriptor &field);
 
 /// The message that a layer of a message field fills: a new entry of a list, the one message of a container. Null when
 /// the field is none of `upper`'s, which protobuf would not survive.

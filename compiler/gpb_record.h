@@ -99,6 +99,9 @@ public:
     /// Whether this is `other` or lies in it.
     bool IsWithin(const GpbRecord &other) const;
 
+    /// Bytes of memory that the document has taken.
+    size_t MemoryTaken() const { return arena_->Taken(); }
+
     /// Whether no required field is missing, here and in what lies in it.
     bool IsWhole() const;
 

@@ -15,7 +15,8 @@ public:
     GpbRecordArena(const GpbRecordArena &) = delete;
     GpbRecordArena &operator=(const GpbRecordArena &) = delete;
 
-    /// Memory for anything; its content is undefined. A lack of memory is thrown.
+    /// Memory for anything that is aligned as numbers and pointers are; its content is undefined. A lack of memory is
+    /// thrown.
     void *Take(size_t size)
     {
         size = (size + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
@@ -24,13 +25,17 @@ public:
             AddBlock(size);
         }
         left_ -= size;
+        taken_ += size;
         char *const piece = next_;
         next_ += size;
         return piece;
     }
 
+    /// Bytes that were handed out.
+    size_t Taken() const { return taken_; }
+
 private:
-    static constexpr size_t ALIGNMENT = alignof(std::max_align_t);
+    static constexpr size_t ALIGNMENT = 8;
 
     /// Stands at the begin of each block.
     struct alignas(ALIGNMENT) Block
@@ -44,6 +49,7 @@ private:
     char *next_ = nullptr;
     size_t left_ = 0;
     size_t blockSize_ = 0;
+    size_t taken_ = 0;
 };
 
 #endif

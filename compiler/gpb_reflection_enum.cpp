@@ -72,13 +72,14 @@ unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescripto
 bool StoreKnownToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const GpbEnumNames &names,
                      const char *&text)
 {
-    const size_t length = std::strcspn(text, " ");
+    const char *blank = std::strchr(text, ' ');
+    const size_t length = blank == nullptr ? std::strlen(text) : static_cast<size_t>(blank - text);
     const int *number = names.Find(std::string_view(text, length));
     if (number == nullptr || StoreNumber(layer, field, *number) != GPB_COMPILER_OK)
     {
         return false;
     }
-    text += text[length] == '\0' ? length : length + 1;
+    text = blank == nullptr ? text + length : blank + 1;
     return true;
 }
 

@@ -20,6 +20,7 @@ namespace
 {
 
 constexpr uint32_t LINE_NOT_A_MESSAGE = 199;
+constexpr char GENERATE_LAYER[] = "GenerateLayer";
 constexpr uint32_t LINE_NO_TYPE = 542;
 constexpr uint32_t LINE_NO_PROTOTYPE = 549;
 constexpr uint32_t LINE_NO_MESSAGE = 557;
@@ -40,11 +41,30 @@ unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCo
                                            const FieldDescriptor *pstField)
 {
     GenerateXPath(stLayer, pstUpper, pstField);
+    const unsigned int result = GenerateLayerType(stLayer, pstUpper, pstField, stLayer.strXPath.c_str());
+    if (result != GPB_COMPILER_OK || pstUpper != nullptr)
+    {
+        return result;
+    }
+    stLayer.pstMessage = pstMsgFactory->GetPrototype(stLayer.pstDescriptor)->New();
+    if (stLayer.pstMessage == nullptr)
+    {
+        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_MESSAGE,
+                "[GpbXmlCompiler][GenerateLayer]Fail to new message for path %s", stLayer.strXPath.c_str());
+        return GPB_COMPILER_NO_MESSAGE;
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbXmlCompiler::GenerateLayerType(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
+                                               const FieldDescriptor *pstField, const char *pcPath)
+{
     stLayer.pstDescriptor = pstField->message_type();
     if (stLayer.pstDescriptor == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_TYPE,
-                "[GpbXmlCompiler][GenerateLayer]Fail to find message type for path %s.", stLayer.strXPath.c_str());
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, GENERATE_LAYER, LINE_NO_TYPE,
+                   "[GpbXmlCompiler][GenerateLayer]Fail to find message type for path %s.",
+                   pcPath == nullptr ? GpbXPathOf(*pstUpper, *pstField).c_str() : pcPath);
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
     // The records of a document need no prototypes.
@@ -55,20 +75,10 @@ unsigned int GpbXmlCompiler::GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCo
     const Message *prototype = pstMsgFactory->GetPrototype(stLayer.pstDescriptor);
     if (prototype == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_PROTOTYPE,
-                "[GpbXmlCompiler][GenerateLayer]Fail to get proto type for path %s.", stLayer.strXPath.c_str());
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, GENERATE_LAYER, LINE_NO_PROTOTYPE,
+                   "[GpbXmlCompiler][GenerateLayer]Fail to get proto type for path %s.",
+                   pcPath == nullptr ? GpbXPathOf(*pstUpper, *pstField).c_str() : pcPath);
         return GPB_COMPILER_NO_PROTOTYPE;
-    }
-    if (pstUpper != nullptr)
-    {
-        return GPB_COMPILER_OK;
-    }
-    stLayer.pstMessage = prototype->New();
-    if (stLayer.pstMessage == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_MESSAGE,
-                "[GpbXmlCompiler][GenerateLayer]Fail to new message for path %s", stLayer.strXPath.c_str());
-        return GPB_COMPILER_NO_MESSAGE;
     }
     return GPB_COMPILER_OK;
 }

@@ -97,8 +97,9 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
         }
     }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    GpbNewLayer made(strPathStorage);
-    unsigned int result = GenerateLayer(made.layer, &upper, found.field);
+    // The path is made when the layer is pushed, and for log lines that somebody reads.
+    GpbCompilerStackLayer layer;
+    unsigned int result = GenerateLayerType(layer, &upper, found.field, nullptr);
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LAYER_FAILED, "Create layer failed [%s]", name);
@@ -106,7 +107,7 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
     }
     {
         const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
-        result = AddLayerToUpperLayer(upper, made.layer, found.field);
+        result = AddLayerToUpperLayer(upper, layer, found.field);
     }
     if (result != GPB_COMPILER_OK)
     {
@@ -117,10 +118,10 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
                 "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
-                made.layer.strXPath.c_str(), GPB_COMPILER_MAX_LAYERS);
+                GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    made.PushOnto(stStack);
+    GpbPushLayer(stStack, layer.pstMessage, *pstFileDesc, *found.field);
     return GPB_COMPILER_OK;
 }
 

@@ -30,7 +30,7 @@ public:
         for (size_t i = static_cast<size_t>(hash >> hashShift_);; i = (i + 1) & mask)
         {
             const Bucket &bucket = buckets_[i];
-            if (bucket.number == NOTHING || (bucket.hash == hash && bucket.name == name))
+            if (bucket.number == NOTHING || (bucket.hash == hash && IsSame(bucket.name, name)))
             {
                 return bucket.number;
             }
@@ -40,6 +40,7 @@ public:
 private:
     static constexpr unsigned HASH_BITS = 64;
     static constexpr unsigned BYTE_BITS = 8;
+    static constexpr unsigned HALF = 32;
 
     struct Bucket
     {
@@ -48,32 +49,67 @@ private:
         uint32_t number = NOTHING;
     };
 
-    /// Takes eight bytes at a time, the last ones once more where they do not come out even. The highest bits are the
-    /// best.
+    /// The bytes of a name in a number: all of a short one, else the `at`-th word.
+    static uint64_t WordOf(std::string_view name, size_t at)
+    {
+        uint64_t word = 0;
+        if (name.size() >= sizeof(word))
+        {
+            std::memcpy(&word, name.data() + at, sizeof(word));
+            return word;
+        }
+        uint32_t first = 0;
+        uint32_t last = 0;
+        if (name.size() >= sizeof(first))
+        {
+            // The two may share bytes.
+            std::memcpy(&first, name.data(), sizeof(first));
+            std::memcpy(&last, name.data() + name.size() - sizeof(last), sizeof(last));
+            return (uint64_t{first} << HALF) | last;
+        }
+        for (const char c : name)
+        {
+            word = (word << BYTE_BITS) | static_cast<unsigned char>(c);
+        }
+        return word;
+    }
+
+    /// Where the last word begins; words before it lie at multiples of their size.
+    static size_t LastWordOf(std::string_view name)
+    {
+        return name.size() < sizeof(uint64_t) ? 0 : name.size() - sizeof(uint64_t);
+    }
+
+    /// As the operator, but without a call.
+    static bool IsSame(std::string_view left, std::string_view right)
+    {
+        if (left.size() != right.size())
+        {
+            return false;
+        }
+        const size_t last = LastWordOf(left);
+        for (size_t at = 0; at < last; at += sizeof(uint64_t))
+        {
+            if (WordOf(left, at) != WordOf(right, at))
+            {
+                return false;
+            }
+        }
+        return WordOf(left, last) == WordOf(right, last);
+    }
+
+    /// The highest bits are the best.
     static uint64_t HashOf(std::string_view name)
     {
         constexpr uint64_t MIX = UINT64_C(0x9E3779B97F4A7C15);
-        constexpr unsigned HALF = 32;
         uint64_t hash = name.size();
-        uint64_t word = 0;
-        const char *at = name.data();
-        if (name.size() < sizeof(word))
+        const size_t last = LastWordOf(name);
+        for (size_t at = 0; at < last; at += sizeof(uint64_t))
         {
-            for (const char c : name)
-            {
-                word = (word << BYTE_BITS) | static_cast<unsigned char>(c);
-            }
-            return (hash ^ word) * MIX;
-        }
-        const char *const last = at + name.size() - sizeof(word);
-        for (; at < last; at += sizeof(word))
-        {
-            std::memcpy(&word, at, sizeof(word));
-            hash = (hash ^ word) * MIX;
+            hash = (hash ^ WordOf(name, at)) * MIX;
             hash ^= hash >> HALF;
         }
-        std::memcpy(&word, last, sizeof(word));
-        return (hash ^ word) * MIX;
+        return (hash ^ WordOf(name, last)) * MIX;
     }
 
     std::string names_;                  ///< one behind the other

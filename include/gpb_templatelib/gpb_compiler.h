@@ -254,9 +254,6 @@ protected:
 
     /** Non-zero: memory ran out while the factory may have been making a type; nothing more is encoded with it. */
     unsigned char ucFactoryBroken = 0;
-
-    /** Memory of a path that is no longer needed. */
-    std::string strPathStorage;
 };
 
 /** Turns an XML document into a serialized GPB message. */
@@ -293,6 +290,10 @@ protected:
                                const google::protobuf::FieldDescriptor *pstField);
     void GenerateXPath(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
                        const google::protobuf::FieldDescriptor *pstField);
+
+    /** GenerateLayer without the path, which its log lines take from `pcPath`, or make themselves when it is null. */
+    unsigned int GenerateLayerType(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
+                                   const google::protobuf::FieldDescriptor *pstField, const char *pcPath);
     unsigned int AddLayerToUpperLayer(const GpbCompilerStackLayer &stUpper, GpbCompilerStackLayer &stLayer,
                                       const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,

@@ -53,6 +53,14 @@ TEST_F(JsonEncodeTest, HandsNumbersOverWithFourteenDigits)
     encodes(R"("first-name":-0.0)", "first_name:'-0'");
     encodes(R"("first-name":12345678901234)", "first_name:'12345678901234'");
     encodes(R"("ratio":0.12345678901234567)", "ratio:0.12345678901235");
+    // The last numbers that are whole and have fourteen digits, and the first ones with more.
+    for (const char *const text : {"0", "-1", "99999999999999", "-99999999999999"})
+    {
+        encodes(std::string("\"first-name\":") + text, std::string("first_name:'") + text + "'");
+    }
+    encodes(R"("first-name":100000000000000)", "first_name:'1e+14'");
+    encodes(R"("first-name":-100000000000000)", "first_name:'-1e+14'");
+    encodes(R"("first-name":99999999999999.5)", "first_name:'1e+14'");
 }
 
 TEST_F(JsonEncodeTest, ReadsAnIntegerFromItsPrintedNumber)

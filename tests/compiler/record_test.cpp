@@ -5,7 +5,10 @@
 #include <limits>
 #include <memory>
 
+#include <google/protobuf/compiler/importer.h>
+
 #include "compiler/compiler_fixture.h"
+#include "support/temp_directory.h"
 
 namespace
 {
@@ -206,6 +209,54 @@ TEST_F(RecordTest, MapsAndGroupsAreProtobufs)
         optional group Pair = 1 { optional int32 x = 1; } map<string, int32> numbers = 2; optional string s = 3; })");
     open("m");
     expectBytes("<s>s</s><numbers><key>k</key><value>1</value></numbers>", "s: 's' numbers { key: 'k' value: 1 }");
+}
+
+/** Encodes one leaf with a new compiler of the library's own. */
+std::string encodeLeaf(GpbLibContext *context)
+{
+    GpbXmlCompilerBase *const plain = GpbXmlCompiler_CreateCompiler(context, "m");
+    const XmlDocument document("<top><a-leaf>1</a-leaf></top>");
+    unsigned int length = 0;
+    unsigned int error = 1;
+    const char *const bytes = GpbXmlCompiler_Encode(plain, document.get(), &length, &error);
+    const std::string result = bytes == nullptr ? "none" : std::string(bytes, length);
+    GpbXmlCompiler_Destory(plain);
+    return result;
+}
+
+TEST_F(RecordTest, ThePlanGoesWithItsImporter)
+{
+    writeProto("m", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 1; }");
+    EXPECT_EQ("\x08\x01", encodeLeaf(context()));
+    GPBLIB_UnloadProtoFileAll(context(), 0);
+    writeProto("m", "syntax = 'proto3'; package m; message Top { string other = 1; int32 a_leaf = 2; }");
+    EXPECT_EQ("\x10\x01", encodeLeaf(context()));
+    // An importer that is taken away from the outside leaves the source tree, and takes the plan all the same.
+    GPBLIB_UnloadProtoFile(context(), "m");
+    delete context()->pstImporter;
+    context()->pstImporter = nullptr;
+    writeProto("m", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 3; }");
+    EXPECT_EQ("\x18\x01", encodeLeaf(context()));
+}
+
+TEST_F(RecordTest, ACompilerOverAnotherImporterHasAPlanOfItsOwn)
+{
+    writeProto("m", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 1; }");
+    EXPECT_EQ("\x08\x01", encodeLeaf(context()));
+    google::protobuf::compiler::DiskSourceTree tree;
+    const gpbtest::TempDirectory directory;
+    directory.writeFile("m.proto", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 9; }");
+    tree.MapPath("", directory.path());
+    google::protobuf::compiler::Importer importer(&tree, nullptr);
+    for (void *const handle : {static_cast<void *>(context()), static_cast<void *>(nullptr)})
+    {
+        GpbXmlCompiler compiler(importer.Import("m.proto"), &importer, handle);
+        const XmlDocument document("<top><a-leaf>1</a-leaf></top>");
+        EXPECT_EQ(0u, compiler.Encode(document.get()));
+        unsigned int length = 0;
+        const char *const bytes = compiler.GetResult(&length);
+        EXPECT_EQ("\x48\x01", bytes == nullptr ? "none" : std::string(bytes, length));
+    }
 }
 
 } // namespace
