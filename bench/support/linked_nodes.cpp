@@ -59,17 +59,20 @@ ObjNode *AddLinkedNode(ObjNode *parent, uint32_t type, uint32_t id)
     return Add(parent, type, id, 0);
 }
 
-void AddLinkedInteger(ObjNode *parent, uint32_t id, uint64_t value)
+ObjNode *AddLinkedInteger(ObjNode *parent, uint32_t id, uint64_t value)
 {
-    Add(parent, GPB_OBJNODE_INTLEAF, id, 0)->value = value;
+    ObjNode *node = Add(parent, GPB_OBJNODE_INTLEAF, id, 0);
+    node->value = value;
+    return node;
 }
 
-void AddLinkedString(ObjNode *parent, uint32_t id, const std::string &text)
+ObjNode *AddLinkedString(ObjNode *parent, uint32_t id, const std::string &text)
 {
     ObjNode *node = Add(parent, GPB_OBJNODE_STRLEAF, id, text.size());
     node->pucString = reinterpret_cast<uint8_t *>(node + 1);
     node->objLen = static_cast<uint32_t>(text.size());
     std::memcpy(node->pucString, text.data(), text.size());
+    return node;
 }
 
 uint32_t MeasureLinkedNodes(ObjNode *node)

@@ -13,10 +13,10 @@ namespace gpbbench
 
 /// A node of one malloc, the last child of its parent; null is the parent of a root.
 ObjNode *AddLinkedNode(ObjNode *parent, uint32_t type, uint32_t id);
-void AddLinkedInteger(ObjNode *parent, uint32_t id, uint64_t value);
+ObjNode *AddLinkedInteger(ObjNode *parent, uint32_t id, uint64_t value);
 
 /// The text lies behind the node, in the same allocation.
-void AddLinkedString(ObjNode *parent, uint32_t id, const std::string &text);
+ObjNode *AddLinkedString(ObjNode *parent, uint32_t id, const std::string &text);
 
 /// Bytes of the subtree on the wire; each node's size and length are stored in it.
 uint32_t MeasureLinkedNodes(ObjNode *node);
