@@ -19,11 +19,13 @@ SIZE_PLOTS = {
         ("this library", "json_to_gpb", "request"), ("reflection floor", "json_to_gpb", "floor"),
         ("textbook way", "json_to_gpb", "textbook"), ("generated code", "json_to_gpb", "generated")]),
     "json-text-to-gpb": ("JSON text in, GPB bytes out", LEAVES, "text", [
-        ("cJSON, this library", "json_to_gpb", "request"), ("JsonStringToMessage", "json_to_gpb", "protobuf")]),
+        ("cJSON, this library", "json_to_gpb", "request"), ("cJSON alone", "json_to_gpb", "parse"),
+        ("JsonStringToMessage", "json_to_gpb", "protobuf")]),
     "xml-to-json": ("XML to JSON, parsed document in, text out", LEAVES, "size", [
         ("this library", "xml_to_json", "request"), ("cJSON by hand", "xml_to_json", "cjson_walk")]),
     "xml-text-to-json": ("XML text in, JSON text out", LEAVES, "text", [
-        ("libxml2, this library", "xml_to_json", "request"), ("libyang", "xml_to_json", "libyang")]),
+        ("libxml2, this library", "xml_to_json", "request"), ("libxml2 alone", "xml_to_json", "parse"),
+        ("libyang", "xml_to_json", "libyang")]),
     "width": ("XML to GPB, all fields of a message set", "fields of a message", "width", [
         ("this library", "xml_to_gpb", "request"), ("reflection floor", "xml_to_gpb", "floor")]),
     "cases": ("XML to GPB, leaves in the cases of a choice", "cases of the choice", "cases", [
