@@ -27,6 +27,11 @@ def _worst(candidates):
     return max(known) if known else None
 
 
+def _fastest_ratio(times, pair):
+    one, peer = (times.get(name) for name in pair)
+    return min(one["ns_per_leaf"]) / min(peer["ns_per_leaf"]) if one and peer else None
+
+
 def _instruction_ratio(counts, pair):
     return counts[pair[0]] / counts[pair[1]] if pair[0] in counts and pair[1] in counts else None
 
@@ -36,13 +41,14 @@ def evaluate(results):
     records = []
     for row in bars.rows():
         worst = _worst(_ratio(results["times"], pair, row.metric) for pair in row.pairs)
-        counted = None if row.metric == bars.PEAK else _worst(
-            _instruction_ratio(results["instructions"], pair) for pair in row.pairs)
+        timed = () if row.metric == bars.PEAK else row.pairs
+        fastest = _worst(_fastest_ratio(results["times"], pair) for pair in timed)
+        counted = _worst(_instruction_ratio(results["instructions"], pair) for pair in timed)
         records.append({
             "job": row.job, "bar": row.bar, "goal": row.goal, "metric": row.metric,
             "measured": worst and worst[0], "lowest": worst and worst[1], "highest": worst and worst[2],
             "where": worst and worst[3],
-            "instructions": counted,
+            "fastest": fastest, "instructions": counted,
             "holds": None if worst is None or row.bar is None else worst[0] <= row.bar,
         })
     return records

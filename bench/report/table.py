@@ -1,6 +1,6 @@
 """The table of ratios as text."""
 
-HEADINGS = ("job / peer", "bar", "go for", "measured", "at", "spread", "instructions", "holds")
+HEADINGS = ("job / peer", "bar", "go for", "measured", "at", "spread", "fastest", "instructions", "holds")
 
 
 def number(value):
@@ -21,7 +21,8 @@ def cells(record):
     if record["measured"] is not None and record["lowest"] != record["highest"]:
         spread = f"{number(record['lowest'])} - {number(record['highest'])}"
     return (record["job"], number(record["bar"]), number(record["goal"]), number(record["measured"]),
-            record["where"] or "-", spread, number(record["instructions"]), holds(record))
+            record["where"] or "-", spread, number(record["fastest"]), number(record["instructions"]),
+            holds(record))
 
 
 def text(records):
