@@ -1,80 +1,146 @@
-// One whole request, JSON text in and bytes out, beside the least that the same bytes can cost and beside protobuf's
-// own reader of JSON.
+// One whole request, JSON in and bytes out, beside the ways in which the same bytes can be had.
 //
 // Ways:
-//   request     cJSON parses, compiler created, tree encoded, compiler destroyed; print slots closed
-//   floor       cJSON parses, and a walk with all fields resolved beforehand fills and serializes the equal message
-//   protobuf    JsonStringToMessage on protobuf's own spelling of the message, and serializing
+//   request     compiler created, parsed tree encoded, compiler destroyed; print slots closed
+//   floor       a walk with all fields resolved beforehand fills a dynamic message, which protobuf serializes
+//   textbook    names converted and looked up as they come, otherwise as the floor
+//   generated   a walk written by hand fills the classes that protoc makes of the module
+// And from text:
+//   request     cJSON parses, and the request above
+//   parse       cJSON parses, and nothing else
+//   protobuf    JsonStringToMessage on protobuf's own spelling of the message, and SerializeToString
+#include <algorithm>
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <benchmark/benchmark.h>
 #include <cjson/cJSON.h>
-#include <google/protobuf/dynamic_message.h>
 #include <google/protobuf/util/json_util.h>
 #include <libxml/parser.h>
 
-#include "gpb_templatelib/gpb_compiler_c.h"
-#include "support/floor_walk.h"
+#include "support/bench_run.h"
+#include "support/compiler_ptr.h"
+#include "support/dom.h"
+#include "support/generated_walk.h"
+#include "support/gpb_peers.h"
 #include "support/library_session.h"
-#include "support/runner.h"
 #include "support/workload.h"
 
 namespace
 {
 
 using google::protobuf::Message;
-
-struct CompilerDestroy
-{
-    void operator()(GpbXmlCompilerBase *compiler) const { GpbXmlCompiler_Destory(compiler); }
-};
-using Compiler = std::unique_ptr<GpbXmlCompilerBase, CompilerDestroy>;
+using gpbbench::JsonDom;
+using gpbbench::Workload;
+using gpbbench::XmlDom;
 
 struct JsonFree
 {
     void operator()(cJSON *tree) const { cJSON_Delete(tree); }
+    void operator()(char *text) const { cJSON_free(text); }
 };
 using JsonTree = std::unique_ptr<cJSON, JsonFree>;
+
+JsonTree Parse(const std::string &text)
+{
+    return JsonTree(cJSON_ParseWithLength(text.data(), text.size()));
+}
+
+// Gives the members of protobuf's JSON the names of the nodes.
+void UseNodeNames(cJSON *item)
+{
+    for (; item != nullptr; item = item->next)
+    {
+        if (item->string != nullptr)
+        {
+            std::replace(item->string, item->string + std::strlen(item->string), '_', '-');
+        }
+        UseNodeNames(item->child);
+    }
+}
+
+// Protobuf's JSON of the message that an XML document stands for.
+std::string ProtobufJson(const google::protobuf::DescriptorPool *pool, const Workload &workload)
+{
+    const gpbbench::XmlDocument document = gpbbench::ParseXml(workload.xmlText);
+    const gpbbench::GpbPeers<XmlDom> peers(pool, workload.topMessage, xmlDocGetRootElement(document.get()));
+    const std::unique_ptr<Message> message(peers.Prototype().New());
+    google::protobuf::util::JsonPrintOptions options;
+    options.preserve_proto_field_names = true;
+    std::string text;
+    if (!message->ParseFromString(peers.Floor()) ||
+        !google::protobuf::util::MessageToJsonString(*message, &text, options).ok())
+    {
+        throw std::runtime_error("protobuf does not write " + workload.moduleName);
+    }
+    return text;
+}
+
+// The same document for the library: YANG's enum values and node names, and the top-level container around it.
+std::string LibraryJson(const std::string &protobufText)
+{
+    const std::string prefix = "Encoding_";
+    std::string text = "{\"telemetry-system\":" + protobufText + "}";
+    std::string plain;
+    for (size_t from = 0; from < text.size();)
+    {
+        const size_t at = std::min(text.find(prefix, from), text.size());
+        plain.append(text, from, at - from);
+        from = at + prefix.size();
+    }
+    const JsonTree tree = Parse(plain);
+    UseNodeNames(tree.get());
+    const std::unique_ptr<char, JsonFree> printed(cJSON_PrintUnformatted(tree.get()));
+    return printed.get();
+}
 
 // A workload as JSON, ready to be encoded in each way.
 class Subject
 {
 public:
-    Subject(gpbbench::LibrarySession &session, const gpbbench::Workload &workload)
-        : context_(session.Context()), module_(workload.moduleName), document_(gpbbench::ParseXml(workload.xmlText))
+    Subject(gpbbench::LibrarySession &session, const Workload &workload)
+        : context_(session.Context()), module_(workload.moduleName), leaves_(workload.leaves)
     {
         session.AddModule(workload.moduleName, workload.protoText);
-        factory_ = std::make_unique<google::protobuf::DynamicMessageFactory>(session.Pool());
-        floor_ = std::make_unique<gpbbench::FloorWalk>(session.Pool()->FindMessageTypeByName(workload.topMessage),
-                                                       document_.get());
-        prototype_ = factory_->GetPrototype(floor_->Type());
-        WriteTexts();
-        CheckThatWaysAgree(workload.leaves);
+        protobufText_ = ProtobufJson(session.Pool(), workload);
+        text_ = LibraryJson(protobufText_);
+        tree_ = Parse(text_);
+        peers_ = std::make_unique<gpbbench::GpbPeers<JsonDom>>(session.Pool(), workload.topMessage, tree_->child);
+        CheckThatWaysAgree();
     }
 
-    std::string Request() const
+    size_t Leaves() const { return leaves_; }
+
+    // Both call `take` with the bytes, which go with the compiler.
+    template <typename Take>
+    void Request(const Take &take) const
     {
-        const JsonTree tree = Parse();
-        const Compiler compiler(GpbJsonCompiler_CreateJsonCompiler(context_, module_.c_str()));
-        unsigned int length = 0;
-        const char *bytes = GpbXmlCompiler_EncodeJson(compiler.get(), tree->child, tree->child, &length);
-        return bytes == nullptr ? std::string() : std::string(bytes, length);
+        Encode(tree_.get(), take);
+    }
+    template <typename Take>
+    void RequestFromText(const Take &take) const
+    {
+        Encode(Parse(text_).get(), take);
     }
 
-    std::string Floor() const
+    void ParseText() const { benchmark::DoNotOptimize(Parse(text_).get()); }
+
+    std::string Floor() const { return peers_->Floor(); }
+    std::string Textbook() const { return peers_->Textbook(); }
+
+    std::string Generated() const
     {
-        const JsonTree tree = Parse();
-        benchmark::DoNotOptimize(tree.get());
         std::string bytes;
-        floor_->Encode(*prototype_, bytes);
+        gpbbench::GeneratedWalk<JsonDom>::Encode(tree_->child, bytes);
         return bytes;
     }
 
     std::string Protobuf() const
     {
-        const std::unique_ptr<Message> message(prototype_->New());
+        const std::unique_ptr<Message> message(peers_->Prototype().New());
         if (!google::protobuf::util::JsonStringToMessage(protobufText_, message.get()).ok())
         {
             throw std::runtime_error("protobuf does not read its own text");
@@ -83,63 +149,75 @@ public:
     }
 
 private:
-    JsonTree Parse() const { return JsonTree(cJSON_ParseWithLength(text_.data(), text_.size())); }
-
-    // Both texts are protobuf's; the library's has YANG's enum values and its top-level container around it.
-    void WriteTexts()
+    template <typename Take>
+    void Encode(cJSON *tree, const Take &take) const
     {
-        std::string bytes;
-        floor_->Encode(*prototype_, bytes);
-        const std::unique_ptr<Message> message(prototype_->New());
-        google::protobuf::util::JsonPrintOptions options;
-        options.preserve_proto_field_names = true;
-        if (!message->ParseFromString(bytes) ||
-            !google::protobuf::util::MessageToJsonString(*message, &protobufText_, options).ok())
-        {
-            throw std::runtime_error("protobuf does not write " + module_);
-        }
-        const std::string prefix = "Encoding_";
-        text_ = "{\"telemetry-system\":" + protobufText_ + "}";
-        for (size_t at = text_.find(prefix); at != std::string::npos; at = text_.find(prefix, at))
-        {
-            text_.erase(at, prefix.size());
-        }
+        const gpbbench::CompilerPtr compiler(GpbJsonCompiler_CreateJsonCompiler(context_, module_.c_str()));
+        unsigned int length = 0;
+        const char *bytes = GpbXmlCompiler_EncodeJson(compiler.get(), tree->child, tree->child, &length);
+        take(std::string_view(bytes, bytes == nullptr ? 0 : length));
     }
 
     // Ratios mean nothing unless all ways do the same work.
-    void CheckThatWaysAgree(size_t leaves) const
+    void CheckThatWaysAgree() const
     {
-        const std::string floorBytes = Floor();
-        if (Request() != floorBytes || Protobuf() != floorBytes || floorBytes.size() < leaves)
+        const std::string bytes = Floor();
+        const auto expect = [&](std::string_view encoded)
         {
-            throw std::runtime_error("the ways encode " + module_ + " differently");
+            if (encoded != bytes)
+            {
+                throw std::runtime_error("the library and the floor encode " + module_ + " differently");
+            }
+        };
+        Request(expect);
+        RequestFromText(expect);
+        if (Textbook() != bytes || Generated() != bytes || Protobuf() != bytes || bytes.empty())
+        {
+            throw std::runtime_error("the peers encode " + module_ + " differently");
         }
     }
 
     GpbLibContext *context_;
     std::string module_;
-    gpbbench::XmlDocument document_;
-    std::unique_ptr<google::protobuf::DynamicMessageFactory> factory_;
-    std::unique_ptr<gpbbench::FloorWalk> floor_;
-    const Message *prototype_ = nullptr;
+    size_t leaves_;
     std::string text_;
     std::string protobufText_;
+    JsonTree tree_;
+    std::unique_ptr<gpbbench::GpbPeers<JsonDom>> peers_;
 };
 
-void Plan(gpbbench::Runner &runner, gpbbench::LibrarySession &session, std::vector<std::unique_ptr<Subject>> &subjects)
+void Keep(std::string_view bytes)
+{
+    benchmark::DoNotOptimize(bytes.data());
+}
+
+std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, std::vector<std::unique_ptr<Subject>> &subjects)
 {
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
-    runner.StartSeries("document size", 1);
-    for (const size_t leaves : {20, 2000, 200000})
+    gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "floor", "textbook", "generated"}};
+    gpbbench::Table text = {{{"document as text", {}, 2}}, {"request", "parse", "protobuf"}};
+    for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
     {
-        const gpbbench::Workload workload = gpbbench::MakeTelemetryWorkload(leaves);
-        subjects.push_back(std::make_unique<Subject>(session, workload));
+        if (!gpbbench::TakesPart(leaves))
+        {
+            continue;
+        }
+        subjects.push_back(std::make_unique<Subject>(session, gpbbench::MakeTelemetryWorkload(leaves)));
         const Subject *subject = subjects.back().get();
-        runner.Add("leaves:" + std::to_string(leaves), workload.leaves,
-                   {{"request", [subject] { benchmark::DoNotOptimize(subject->Request()); }},
-                    {"floor", [subject] { benchmark::DoNotOptimize(subject->Floor()); }},
-                    {"protobuf", [subject] { benchmark::DoNotOptimize(subject->Protobuf()); }}});
+        const size_t items = subject->Leaves();
+        const std::string name = "size:" + std::to_string(leaves);
+        parsed.series[0].names.push_back(name);
+        gpbbench::Register(name, "request", items, [=] { subject->Request(Keep); });
+        gpbbench::Register(name, "floor", items, [=] { benchmark::DoNotOptimize(subject->Floor().data()); });
+        gpbbench::Register(name, "textbook", items, [=] { benchmark::DoNotOptimize(subject->Textbook().data()); });
+        gpbbench::Register(name, "generated", items, [=] { benchmark::DoNotOptimize(subject->Generated().data()); });
+        const std::string textName = "text:" + std::to_string(leaves);
+        text.series[0].names.push_back(textName);
+        gpbbench::Register(textName, "request", items, [=] { subject->RequestFromText(Keep); });
+        gpbbench::Register(textName, "parse", items, [=] { subject->ParseText(); });
+        gpbbench::Register(textName, "protobuf", items, [=] { benchmark::DoNotOptimize(subject->Protobuf().data()); });
     }
+    return {parsed, text};
 }
 
 } // namespace
@@ -150,8 +228,7 @@ int main(int argc, char **argv)
     {
         gpbbench::LibrarySession session;
         std::vector<std::unique_ptr<Subject>> subjects;
-        result =
-            gpbbench::RunBenchmarks(argc, argv, [&](gpbbench::Runner &runner) { Plan(runner, session, subjects); });
+        result = gpbbench::RunTables(argc, argv, [&] { return Plan(session, subjects); });
     }
     xmlCleanupParser();
     return result;

@@ -1,144 +1,247 @@
-// One whole request, a parsed document in and bytes out, beside the least that the same bytes can cost.
+// One whole request, a parsed XML document in and bytes out, beside the ways in which the same bytes can be had.
 //
 // Ways:
 //   request     compiler created, document encoded, compiler destroyed; print slots closed
-//   floor       a walk with all fields resolved and the message type built beforehand
-//   floor_type  the floor, which also builds the message type anew, as a compiler has to, since it owns its factory
+//   floor       a walk with all fields resolved beforehand fills a dynamic message, which protobuf serializes
+//   new_types   the floor, which also makes the message types anew, as a compiler with a factory of its own has to
+//   textbook    names converted and looked up as they come, otherwise as the floor
+//   generated   a walk written by hand fills the classes that protoc makes of the module
+//   prototype   creating alone: a look-up in a kept factory, and FEW allocations
+//   file_and_prototype   the same, and the question whether the module's file still is there, which creating asks
+#include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <google/protobuf/dynamic_message.h>
 #include <libxml/parser.h>
 
-#include "gpb_templatelib/gpb_compiler_c.h"
-#include "support/floor_walk.h"
+#include "platform/yos.h"
+#include "support/bench_run.h"
+#include "support/compiler_ptr.h"
+#include "support/dom.h"
+#include "support/generated_walk.h"
+#include "support/gpb_peers.h"
 #include "support/library_session.h"
-#include "support/runner.h"
 #include "support/workload.h"
 
 namespace
 {
 
 using gpbbench::Workload;
+using gpbbench::XmlDom;
+using Sizes = std::initializer_list<size_t>;
 
 // Leaves of each document of the series in which something else grows.
 constexpr size_t SERIES_LEAVES = 10000;
+constexpr size_t SPARSE_LEAVES = 2000;
+
+// So many that a message of a thousand fields costs nothing beside them.
+constexpr size_t BY_NAME_LEAVES = 20000;
+
+// What "a few allocations" are taken to be.
+constexpr size_t FEW = 8;
+constexpr size_t FEW_SIZE = 256;
 
 // A workload, ready to be encoded in each way.
 class Subject
 {
 public:
     Subject(gpbbench::LibrarySession &session, const Workload &workload)
-        : context_(session.Context()), module_(workload.moduleName), leaves_(workload.leaves),
-          document_(gpbbench::ParseXml(workload.xmlText))
+        : context_(session.Context()), module_(workload.moduleName), file_(session.FileOf(module_)),
+          leaves_(workload.leaves), document_(gpbbench::ParseXml(workload.xmlText)),
+          root_(xmlDocGetRootElement(document_.get()))
     {
         session.AddModule(workload.moduleName, workload.protoText);
-        pool_ = session.Pool();
-        factory_ = std::make_unique<google::protobuf::DynamicMessageFactory>(pool_);
-        floor_ =
-            std::make_unique<gpbbench::FloorWalk>(pool_->FindMessageTypeByName(workload.topMessage), document_.get());
-        prototype_ = factory_->GetPrototype(floor_->Type());
-        CheckThatWaysAgree();
+        peers_ = std::make_unique<gpbbench::GpbPeers<XmlDom>>(session.Pool(), workload.topMessage, root_);
+        Request([this](std::string_view bytes) { Expect(bytes, "the library"); });
     }
 
-    void Request() const
+    size_t Leaves() const { return leaves_; }
+
+    gpbbench::CompilerPtr Compiler() const
     {
-        GpbXmlCompilerBase *compiler = GpbXmlCompiler_CreateCompiler(context_, module_.c_str());
+        return gpbbench::CompilerPtr(GpbXmlCompiler_CreateCompiler(context_, module_.c_str()));
+    }
+
+    // Calls `take` with the bytes, which go with the compiler.
+    template <typename Take>
+    void Request(const Take &take) const
+    {
+        const gpbbench::CompilerPtr compiler = Compiler();
         unsigned int length = 0;
         unsigned int error = 0;
-        benchmark::DoNotOptimize(GpbXmlCompiler_Encode(compiler, document_.get(), &length, &error));
-        GpbXmlCompiler_Destory(compiler);
+        const char *bytes = GpbXmlCompiler_Encode(compiler.get(), document_.get(), &length, &error);
+        take(std::string_view(bytes, bytes == nullptr ? 0 : length));
     }
 
-    void Floor() const
+    std::string Floor() const { return peers_->Floor(); }
+    std::string NewTypes() const { return peers_->FloorWithFactory(); }
+    std::string Textbook() const { return peers_->Textbook(); }
+
+    std::string Generated() const
     {
         std::string bytes;
-        floor_->Encode(*prototype_, bytes);
-        benchmark::DoNotOptimize(bytes.data());
+        gpbbench::GeneratedWalk<XmlDom>::Encode(root_, bytes);
+        return bytes;
     }
 
-    void FloorWithType() const
+    void LookForFile() const { benchmark::DoNotOptimize(YOS_VFS_IsFileExist(file_.c_str())); }
+
+    void LookUpPrototype() const
     {
-        google::protobuf::DynamicMessageFactory factory(pool_);
-        std::string bytes;
-        floor_->Encode(*factory.GetPrototype(floor_->Type()), bytes);
-        benchmark::DoNotOptimize(bytes.data());
+        benchmark::DoNotOptimize(peers_->LookUpPrototype());
+        void *memory[FEW];
+        for (void *&one : memory)
+        {
+            one = std::malloc(FEW_SIZE);
+            benchmark::DoNotOptimize(one);
+        }
+        for (void *one : memory)
+        {
+            std::free(one);
+        }
+    }
+
+    // Ratios mean nothing unless all ways do the same work.
+    void Expect(std::string_view bytes, const std::string &way) const
+    {
+        if (bytes != Floor() || bytes.empty())
+        {
+            throw std::runtime_error(way + " and the floor encode " + module_ + " differently");
+        }
     }
 
 private:
-    // Ratios mean nothing unless both sides do the same work.
-    void CheckThatWaysAgree() const
-    {
-        std::string floorBytes;
-        floor_->Encode(*prototype_, floorBytes);
-        GpbXmlCompilerBase *compiler = GpbXmlCompiler_CreateCompiler(context_, module_.c_str());
-        if (compiler == nullptr)
-        {
-            throw std::runtime_error("no compiler for " + module_);
-        }
-        unsigned int length = 0;
-        unsigned int error = 0;
-        const char *bytes = GpbXmlCompiler_Encode(compiler, document_.get(), &length, &error);
-        const bool same = bytes != nullptr && floorBytes == std::string(bytes, length);
-        GpbXmlCompiler_Destory(compiler);
-        if (!same || floorBytes.size() < leaves_)
-        {
-            throw std::runtime_error("the library and the floor encode " + module_ + " differently");
-        }
-    }
-
     GpbLibContext *context_;
     std::string module_;
+    std::string file_;
     size_t leaves_;
     gpbbench::XmlDocument document_;
-    const google::protobuf::DescriptorPool *pool_ = nullptr;
-    std::unique_ptr<google::protobuf::DynamicMessageFactory> factory_;
-    std::unique_ptr<gpbbench::FloorWalk> floor_;
-    const google::protobuf::Message *prototype_ = nullptr;
+    xmlNode *root_;
+    std::unique_ptr<gpbbench::GpbPeers<XmlDom>> peers_;
 };
 
 // Everything that is measured, in the order of the tables.
 class Plan
 {
 public:
-    Plan(gpbbench::Runner &runner, gpbbench::LibrarySession &session, std::vector<std::unique_ptr<Subject>> &subjects)
-        : runner_(runner), session_(session), subjects_(subjects)
+    explicit Plan(gpbbench::LibrarySession &session, std::vector<std::unique_ptr<Subject>> &subjects)
+        : session_(session), subjects_(subjects)
     {
-        // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
-        runner_.StartSeries("document size", 1);
-        for (const size_t leaves : {size_t{20}, size_t{2000}, size_t{200000}})
+        AddSizes();
+        tables_.push_back({{}, {"request", "floor"}});
+        AddOrders();
+        StartSeries("message width", 0);
+        for (const size_t width : Sizes{10, 100, 1000})
         {
-            Add("leaves:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves));
+            Add("width:" + std::to_string(width), gpbbench::MakeWideWorkload(width, width, SERIES_LEAVES));
         }
-        runner_.StartSeries("message width", 0);
-        for (const size_t width : {size_t{10}, size_t{100}, size_t{1000}})
+        StartSeries("ten of a thousand", 0);
+        for (const size_t leaves : Sizes{20, SPARSE_LEAVES})
         {
-            Add("width:" + std::to_string(width), gpbbench::MakeWideWorkload(width, SERIES_LEAVES));
+            Add("sparse:" + std::to_string(leaves), gpbbench::MakeWideWorkload(1000, 10, leaves));
         }
-        runner_.StartSeries("number of cases", 0);
-        for (const size_t cases : {size_t{4}, size_t{64}, size_t{200}})
+        StartSeries("number of cases", 0);
+        for (const size_t cases : Sizes{4, 64, 200})
         {
             Add("cases:" + std::to_string(cases), gpbbench::MakeChoiceWorkload(cases, SERIES_LEAVES));
         }
+        StartSeries("cases in cases", 0);
+        for (const size_t cases : Sizes{2, 14})
+        {
+            Add("nested:" + std::to_string(cases), gpbbench::MakeNestedChoiceWorkload(cases, SERIES_LEAVES));
+        }
+        StartSeries("field by name", 0);
+        for (const size_t width : Sizes{10, 1000})
+        {
+            Add("by_name:" + std::to_string(width), gpbbench::MakeFieldByNameWorkload(width, BY_NAME_LEAVES));
+        }
+        StartSeries("case field by name", 0);
+        for (const size_t cases : Sizes{4, 200})
+        {
+            Add("case_by_name:" + std::to_string(cases), gpbbench::MakeCaseFieldByNameWorkload(cases, BY_NAME_LEAVES));
+        }
     }
+
+    const std::vector<gpbbench::Table> &Tables() const { return tables_; }
 
 private:
-    void Add(const std::string &name, const Workload &workload)
+    void AddSizes()
     {
-        subjects_.push_back(std::make_unique<Subject>(session_, workload));
-        const Subject *subject = subjects_.back().get();
-        runner_.Add(name, workload.leaves,
-                    {{"request", [subject] { subject->Request(); }},
-                     {"floor", [subject] { subject->Floor(); }},
-                     {"floor_type", [subject] { subject->FloorWithType(); }}});
+        // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
+        tables_.push_back({{}, {"request", "floor", "new_types", "textbook", "generated"}});
+        StartSeries("document size", 2);
+        for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
+        {
+            const std::string name = "size:" + std::to_string(leaves);
+            const Subject *subject = Add(name, gpbbench::MakeTelemetryWorkload(leaves));
+            if (subject == nullptr)
+            {
+                continue;
+            }
+            subject->Expect(subject->Textbook(), "the textbook way");
+            subject->Expect(subject->Generated(), "generated code");
+            Register(name, "new_types", subject->Leaves(), [subject] { return subject->NewTypes(); });
+            Register(name, "textbook", subject->Leaves(), [subject] { return subject->Textbook(); });
+            Register(name, "generated", subject->Leaves(), [subject] { return subject->Generated(); });
+        }
+        const Subject *subject = subjects_.front().get();
+        tables_.push_back({{{"compiler alone", {"create"}, 0}}, {"request", "prototype", "file_and_prototype"}});
+        gpbbench::Register("create", "request", 1, [subject] { benchmark::DoNotOptimize(subject->Compiler().get()); });
+        gpbbench::Register("create", "prototype", 1, [subject] { subject->LookUpPrototype(); });
+        gpbbench::Register("create", "file_and_prototype", 1,
+                           [subject]
+                           {
+                               subject->LookForFile();
+                               subject->LookUpPrototype();
+                           });
     }
 
-    gpbbench::Runner &runner_;
+    void AddOrders()
+    {
+        StartSeries("order of nodes", 0);
+        for (const size_t leaves : Sizes{200, 20000})
+        {
+            Add("ordered:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves));
+            Add("mixed:" + std::to_string(leaves), gpbbench::MakeTelemetryWorkload(leaves, gpbbench::NodeOrder::MIXED));
+        }
+    }
+
+    void StartSeries(const std::string &title, size_t growthFrom)
+    {
+        tables_.back().series.push_back({title, {}, growthFrom});
+    }
+
+    // The ways that every workload has; null when the workload takes no part in this run.
+    const Subject *Add(const std::string &name, const Workload &workload)
+    {
+        if (!gpbbench::TakesPart(workload.leaves))
+        {
+            return nullptr;
+        }
+        tables_.back().series.back().names.push_back(name);
+        subjects_.push_back(std::make_unique<Subject>(session_, workload));
+        const Subject *subject = subjects_.back().get();
+        gpbbench::Register(
+            name, "request", subject->Leaves(),
+            [subject] { subject->Request([](std::string_view bytes) { benchmark::DoNotOptimize(bytes.data()); }); });
+        Register(name, "floor", subject->Leaves(), [subject] { return subject->Floor(); });
+        return subject;
+    }
+
+    template <typename Encode>
+    static void Register(const std::string &name, const std::string &way, size_t leaves, const Encode &encode)
+    {
+        gpbbench::Register(name, way, leaves, [encode] { benchmark::DoNotOptimize(encode().data()); });
+    }
+
     gpbbench::LibrarySession &session_;
     std::vector<std::unique_ptr<Subject>> &subjects_;
+    std::vector<gpbbench::Table> tables_;
 };
 
 } // namespace
@@ -149,8 +252,7 @@ int main(int argc, char **argv)
     {
         gpbbench::LibrarySession session;
         std::vector<std::unique_ptr<Subject>> subjects;
-        result = gpbbench::RunBenchmarks(argc, argv,
-                                         [&](gpbbench::Runner &runner) { const Plan plan(runner, session, subjects); });
+        result = gpbbench::RunTables(argc, argv, [&] { return Plan(session, subjects).Tables(); });
     }
     xmlCleanupParser();
     return result;

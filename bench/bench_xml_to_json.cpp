@@ -1,33 +1,30 @@
-// One whole request, XML text in and JSON text out, beside the reflection floor and beside libyang.
+// One whole request, an XML document in and JSON text out, beside a walk written by hand and beside libyang.
 //
 // Ways:
-//   request     libxml2 parses, compiler created, document encoded and printed, compiler destroyed; print slots closed
-//   floor       libxml2 parses, and a walk with all fields resolved beforehand fills and serializes a message
+//   request     compiler created, parsed document encoded and printed, compiler destroyed; print slots closed
+//   cjson_walk  a walk written for this one module makes a cJSON tree, and cJSON prints it: the same text
+// And from text:
+//   request     libxml2 parses, and the request above
+//   parse       libxml2 parses, and nothing else
 //   libyang     libyang parses the same text without validating it, and prints JSON
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <benchmark/benchmark.h>
-#include <google/protobuf/dynamic_message.h>
 #include <libxml/parser.h>
 #include <libyang/libyang.h>
 
-#include "gpb_templatelib/gpb_compiler_c.h"
-#include "support/floor_walk.h"
+#include "support/bench_run.h"
+#include "support/compiler_ptr.h"
+#include "support/json_walk.h"
 #include "support/library_session.h"
-#include "support/runner.h"
 #include "support/workload.h"
 #include "support/yang_text.h"
 
 namespace
 {
-
-struct CompilerDestroy
-{
-    void operator()(GpbXmlCompilerBase *compiler) const { GpbXmlCompiler_Destory(compiler); }
-};
-using Compiler = std::unique_ptr<GpbXmlCompilerBase, CompilerDestroy>;
 
 struct YangFree
 {
@@ -56,39 +53,35 @@ class Subject
 {
 public:
     Subject(gpbbench::LibrarySession &session, const ly_ctx *yang, const gpbbench::Workload &workload)
-        : context_(session.Context()), yang_(yang), module_(workload.moduleName), text_(workload.xmlText)
+        : context_(session.Context()), yang_(yang), module_(workload.moduleName), leaves_(workload.leaves),
+          text_(workload.xmlText)
     {
         // libyang wants the namespace; the library reads past it.
         const std::string root = "<telemetry-system>";
         text_.replace(text_.find(root), root.size(),
                       std::string("<telemetry-system xmlns=\"") + gpbbench::TELEMETRY_NAMESPACE + "\">");
         session.AddModule(workload.moduleName, workload.protoText);
-        factory_ = std::make_unique<google::protobuf::DynamicMessageFactory>(session.Pool());
-        type_ = session.Pool()->FindMessageTypeByName(workload.topMessage);
-        resolvedDocument_ = gpbbench::ParseXml(text_);
-        floor_ = std::make_unique<gpbbench::FloorWalk>(type_, resolvedDocument_.get());
-        prototype_ = factory_->GetPrototype(type_);
-        CheckThatWaysWork(workload.leaves);
+        document_ = gpbbench::ParseXml(text_);
+        CheckThatWaysAgree();
     }
 
-    std::string Request() const
+    size_t Leaves() const { return leaves_; }
+
+    // Both call `take` with the text, which goes with the compiler.
+    template <typename Take>
+    void Request(const Take &take) const
     {
-        const gpbbench::XmlDocument document = gpbbench::ParseXml(text_);
-        const Compiler compiler(GpbXmlCompiler_CreateJsonCompiler(context_, module_.c_str(), 0));
-        unsigned int length = 0;
-        unsigned int error = 0;
-        const char *json = GpbXmlCompiler_Encode(compiler.get(), document.get(), &length, &error);
-        return json == nullptr ? std::string() : std::string(json, length);
+        Encode(document_.get(), take);
+    }
+    template <typename Take>
+    void RequestFromText(const Take &take) const
+    {
+        Encode(gpbbench::ParseXml(text_).get(), take);
     }
 
-    std::string Floor() const
-    {
-        const gpbbench::XmlDocument document = gpbbench::ParseXml(text_);
-        benchmark::DoNotOptimize(document.get());
-        std::string bytes;
-        floor_->Encode(*prototype_, bytes);
-        return bytes;
-    }
+    void ParseText() const { benchmark::DoNotOptimize(gpbbench::ParseXml(text_).get()); }
+
+    gpbbench::JsonText Walk() const { return gpbbench::WriteTelemetryJson(xmlDocGetRootElement(document_.get())); }
 
     std::string Libyang() const
     {
@@ -110,56 +103,87 @@ public:
     }
 
 private:
-    // The texts differ in names and in empty leaves, so each way has to have a part per leaf.
-    void CheckThatWaysWork(size_t leaves) const
+    template <typename Take>
+    void Encode(xmlDoc *document, const Take &take) const
     {
-        for (const std::string &text : {Request(), Libyang()})
+        const gpbbench::CompilerPtr compiler(GpbXmlCompiler_CreateJsonCompiler(context_, module_.c_str(), 0));
+        unsigned int length = 0;
+        unsigned int error = 0;
+        const char *json = GpbXmlCompiler_Encode(compiler.get(), document, &length, &error);
+        take(std::string_view(json, json == nullptr ? 0 : length));
+    }
+
+    static size_t LeavesIn(const std::string &text)
+    {
+        size_t found = 0;
+        for (const char *name : {"\"leaf-", "\"subscription-name\""})
         {
-            size_t found = 0;
-            for (const char *name : {"\"leaf-", "\"subscription-name\""})
+            for (size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1))
             {
-                for (size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1))
-                {
-                    ++found;
-                }
-            }
-            if (found != leaves)
-            {
-                throw std::runtime_error("a way leaves out leaves of " + module_);
+                ++found;
             }
         }
-        if (Floor().size() < leaves)
+        return found;
+    }
+
+    // Ratios mean nothing unless all ways do the same work; libyang's text differs in names, empty leaves and lists.
+    void CheckThatWaysAgree() const
+    {
+        const std::string text = Walk().get();
+        const auto expect = [&](std::string_view written)
         {
-            throw std::runtime_error("the floor leaves out leaves of " + module_);
+            if (written != text)
+            {
+                throw std::runtime_error("the library and the walk write " + module_ + " differently");
+            }
+        };
+        Request(expect);
+        RequestFromText(expect);
+        if (LeavesIn(text) != leaves_ || LeavesIn(Libyang()) != leaves_)
+        {
+            throw std::runtime_error("a way leaves out leaves of " + module_);
         }
     }
 
     GpbLibContext *context_;
     const ly_ctx *yang_;
     std::string module_;
+    size_t leaves_;
     std::string text_;
-    std::unique_ptr<google::protobuf::DynamicMessageFactory> factory_;
-    const google::protobuf::Descriptor *type_ = nullptr;
-    gpbbench::XmlDocument resolvedDocument_;
-    std::unique_ptr<gpbbench::FloorWalk> floor_;
-    const google::protobuf::Message *prototype_ = nullptr;
+    gpbbench::XmlDocument document_;
 };
 
-void Plan(gpbbench::Runner &runner, gpbbench::LibrarySession &session, const ly_ctx *yang,
-          std::vector<std::unique_ptr<Subject>> &subjects)
+void Keep(std::string_view text)
+{
+    benchmark::DoNotOptimize(text.data());
+}
+
+std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, const ly_ctx *yang,
+                                  std::vector<std::unique_ptr<Subject>> &subjects)
 {
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
-    runner.StartSeries("document size", 1);
-    for (const size_t leaves : {20, 2000, 200000})
+    gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "cjson_walk"}};
+    gpbbench::Table text = {{{"document as text", {}, 2}}, {"request", "parse", "libyang"}};
+    for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
     {
-        const gpbbench::Workload workload = gpbbench::MakeTelemetryWorkload(leaves);
-        subjects.push_back(std::make_unique<Subject>(session, yang, workload));
+        if (!gpbbench::TakesPart(leaves))
+        {
+            continue;
+        }
+        subjects.push_back(std::make_unique<Subject>(session, yang, gpbbench::MakeTelemetryWorkload(leaves)));
         const Subject *subject = subjects.back().get();
-        runner.Add("leaves:" + std::to_string(leaves), workload.leaves,
-                   {{"request", [subject] { benchmark::DoNotOptimize(subject->Request()); }},
-                    {"floor", [subject] { benchmark::DoNotOptimize(subject->Floor()); }},
-                    {"libyang", [subject] { benchmark::DoNotOptimize(subject->Libyang()); }}});
+        const size_t items = subject->Leaves();
+        const std::string name = "size:" + std::to_string(leaves);
+        parsed.series[0].names.push_back(name);
+        gpbbench::Register(name, "request", items, [=] { subject->Request(Keep); });
+        gpbbench::Register(name, "cjson_walk", items, [=] { benchmark::DoNotOptimize(subject->Walk().get()); });
+        const std::string textName = "text:" + std::to_string(leaves);
+        text.series[0].names.push_back(textName);
+        gpbbench::Register(textName, "request", items, [=] { subject->RequestFromText(Keep); });
+        gpbbench::Register(textName, "parse", items, [=] { subject->ParseText(); });
+        gpbbench::Register(textName, "libyang", items, [=] { benchmark::DoNotOptimize(subject->Libyang().data()); });
     }
+    return {parsed, text};
 }
 
 } // namespace
@@ -171,12 +195,12 @@ int main(int argc, char **argv)
         gpbbench::LibrarySession session;
         std::unique_ptr<ly_ctx, YangFree> yang;
         std::vector<std::unique_ptr<Subject>> subjects;
-        result = gpbbench::RunBenchmarks(argc, argv,
-                                         [&](gpbbench::Runner &runner)
-                                         {
-                                             yang = MakeYangContext();
-                                             Plan(runner, session, yang.get(), subjects);
-                                         });
+        result = gpbbench::RunTables(argc, argv,
+                                     [&]
+                                     {
+                                         yang = MakeYangContext();
+                                         return Plan(session, yang.get(), subjects);
+                                     });
     }
     xmlCleanupParser();
     return result;

@@ -2,10 +2,12 @@
 #include <cjson/cJSON.h>
 #include <libxml/tree.h>
 
-#include "compiler/gpb_layer.h"
+#include "compiler/gpb_json_text.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
+#include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
+#include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "platform/yos.h"
 #include "platform/zmp.h"
@@ -15,6 +17,21 @@ namespace
 
 constexpr uint32_t LINE_FREE_TEXT_AT_END = 138;
 constexpr uint32_t LINE_FREE_TEXT = 153;
+
+// A copy of the tree's text under the module id, or null.
+char *PrintTree(uint32_t moduleId, const cJSON *tree)
+{
+    if (tree == nullptr)
+    {
+        return nullptr;
+    }
+    return GpbNoThrow(static_cast<char *>(nullptr),
+                      [&]
+                      {
+                          GpbJsonText text;
+                          return text.Append(tree) ? Gpb_util_StrDup(moduleId, text.Terminated(), nullptr) : nullptr;
+                      });
+}
 
 } // namespace
 
@@ -77,7 +94,7 @@ const char *GpbXmlCompilerJson::GetResult(unsigned int *puiLen)
     }
     if (pcResult == nullptr)
     {
-        pcResult = GpbLib_Json_EncodeUnformatted(uiMemHandle, pstJsonRoot);
+        pcResult = PrintTree(uiMemHandle, pstJsonRoot);
         uiResultLen = pcResult == nullptr ? 0 : YOS_StrLen(pcResult);
     }
     *puiLen = uiResultLen;

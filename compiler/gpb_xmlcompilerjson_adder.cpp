@@ -1,8 +1,8 @@
 // XML to JSON: how the text of a leaf becomes an item, by the type of its field.
 #include <cjson/cJSON.h>
-#include <cstdlib>
 #include <google/protobuf/descriptor.h>
 
+#include "compiler/gpb_number_text.h"
 #include "compiler/gpb_xml_node.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_memory.h"
@@ -24,7 +24,7 @@ constexpr char DECIMAL_TYPE[] = "Decimal";
 cJSON *GpbXmlCompilerJson_AddNumber(const FieldDescriptor * /*pstField*/, const char *pcText, uint32_t uiModuleId)
 {
     // Deliberately a double for every type: that is what a JSON number is to most readers.
-    return pcText == nullptr ? nullptr : GpbLib_Json_AllocNumber(uiModuleId, std::strtod(pcText, nullptr));
+    return pcText == nullptr ? nullptr : GpbLib_Json_AllocNumber(uiModuleId, GpbReadDouble(pcText));
 }
 
 cJSON *GpbXmlCompilerJson_AddString(const FieldDescriptor * /*pstField*/, const char *pcText, uint32_t uiModuleId)

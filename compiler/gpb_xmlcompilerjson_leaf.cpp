@@ -36,12 +36,12 @@ struct IdentityFree
 
 unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode, cJSON *pstParent)
 {
-    xmlNode *child = pstNode->children;
+    const xmlNode *child = pstNode->children;
     if (child == nullptr || child->type != XML_TEXT_NODE)
     {
         return GPB_COMPILER_OK;
     }
-    const GpbXmlText content(xmlNodeGetContent(child));
+    const auto *content = reinterpret_cast<const char *>(child->content);
     if (content == nullptr)
     {
         return GPB_COMPILER_OK;
@@ -58,9 +58,8 @@ unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor
     {
         return GPB_COMPILER_NO_FIELD;
     }
-    const auto *text = reinterpret_cast<const char *>(content.get());
-    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
-    return FillLeafField(field, pstNode, pstParent, identity == nullptr ? text : identity.get());
+    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, content));
+    return FillLeafField(field, pstNode, pstParent, identity == nullptr ? content : identity.get());
 }
 
 unsigned int GpbXmlCompilerJson::ProcXmlEmptyLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode,

@@ -48,7 +48,7 @@ LibrarySession::~LibrarySession()
 
 void LibrarySession::AddModule(const std::string &name, const std::string &protoText)
 {
-    std::ofstream file(directory_ + name + ".proto");
+    std::ofstream file(FileOf(name));
     file << protoText;
     file.close();
     if (!file || GPBLIB_ProtobufLoad(context_, name.c_str(), 0) != 0)
@@ -64,8 +64,8 @@ const google::protobuf::DescriptorPool *LibrarySession::Pool() const
 
 XmlDocument ParseXml(const std::string &text)
 {
-    XmlDocument document(
-        xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr, XML_PARSE_NONET));
+    XmlDocument document(xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr,
+                                       XML_PARSE_NONET | XML_PARSE_COMPACT));
     if (document == nullptr)
     {
         throw std::runtime_error("the document does not parse");

@@ -25,6 +25,9 @@ public:
     /// Writes MODULE.proto and loads it, unless it is loaded.
     void AddModule(const std::string &name, const std::string &protoText);
 
+    /// Where the file of a module lies.
+    std::string FileOf(const std::string &module) const { return directory_ + module + ".proto"; }
+
     /// The pool that the library has read its modules into.
     const google::protobuf::DescriptorPool *Pool() const;
 
@@ -41,7 +44,7 @@ struct XmlDocumentFree
 };
 using XmlDocument = std::unique_ptr<xmlDoc, XmlDocumentFree>;
 
-/// Parses a document as hosts do, blank text nodes included.
+/// Parses a document as hosts do, blank text nodes included; nobody changes it, so short texts may lie in their nodes.
 XmlDocument ParseXml(const std::string &text);
 
 } // namespace gpbbench

@@ -55,6 +55,11 @@ void PrintCosts(std::ostream &out, const MeasurementReporter &reporter, const Se
 void PrintGrowth(std::ostream &out, const MeasurementReporter &reporter, const Series &series,
                  const std::vector<std::string> &ways)
 {
+    // A short run may have left out all that could have grown.
+    if (series.names.size() <= series.growthFrom + 1)
+    {
+        return;
+    }
     for (const std::string &way : ways)
     {
         const Measurement *from = reporter.Find(WayName(series.names[series.growthFrom], way));

@@ -15,6 +15,7 @@ namespace gpbbench
 /// Counters that a benchmark sets for the tables.
 constexpr char LEAVES_COUNTER[] = "leaves";
 constexpr char ALLOCATIONS_COUNTER[] = "allocs"; ///< per iteration
+constexpr char PEAK_COUNTER[] = "peak_bytes";    ///< most memory at one time of an iteration
 
 /// One value per repetition.
 struct Sample
