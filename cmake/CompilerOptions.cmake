@@ -4,14 +4,19 @@ target_compile_options(gpb_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
 
-# The shipped build is hardened; a sanitizer build brings its own checks.
+# Programs are position-independent, whatever the compiler's own default.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES C CXX)
+
+# The shipped build is hardened, which scripts/check-hardening looks for; a sanitizer build brings its own checks.
 if(GPB_SANITIZE)
     target_compile_options(gpb_options INTERFACE
         -fsanitize=${GPB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(gpb_options INTERFACE -fsanitize=${GPB_SANITIZE})
 elseif(CMAKE_BUILD_TYPE MATCHES "Release|RelWithDebInfo")
-    target_compile_options(gpb_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -fstack-protector-strong)
-    target_link_options(gpb_options INTERFACE -Wl,-z,relro,-z,now)
+    target_compile_options(gpb_options INTERFACE
+        -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -fstack-protector-strong -fstack-clash-protection)
+    target_link_options(gpb_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
 endif()
 
 # Coverage for the fuzzer in everything; the fuzzer itself is linked into its targets only. Calls through pointers and

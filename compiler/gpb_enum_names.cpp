@@ -4,6 +4,7 @@
 #include <string>
 
 #include "compiler/gpb_enum_text.h"
+#include "core/gpb_protobuf_compat.h"
 
 using google::protobuf::Descriptor;
 using google::protobuf::EnumDescriptor;
@@ -20,7 +21,7 @@ void ForEachValue(const Descriptor *message, const std::string &prefix, const Ta
         const EnumDescriptor *declared = message->enum_type(i);
         for (int k = 0; k < declared->value_count(); ++k)
         {
-            const std::string &name = declared->value(k)->name();
+            const std::string &name = GpbPbName(*declared->value(k));
             if (name.compare(0, prefix.size(), prefix) == 0)
             {
                 take(std::string_view(name).substr(prefix.size()), declared->value(k)->number());
@@ -31,7 +32,7 @@ void ForEachValue(const Descriptor *message, const std::string &prefix, const Ta
 
 std::string PrefixOf(const EnumDescriptor *type)
 {
-    return type->name() + "_";
+    return std::string(GpbPbName(*type)) + "_";
 }
 
 size_t ValueCount(const Descriptor *message, const EnumDescriptor *type)

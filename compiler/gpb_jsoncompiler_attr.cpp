@@ -8,6 +8,7 @@
 #include "compiler/gpb_source_tag.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_lib.h"
@@ -132,7 +133,7 @@ unsigned int GpbJsonCompiler::GPB_FillLeafMdlAttr(const void *pvHandle, const De
             return GPB_COMPILER_ERR;
         }
         stMdlAttr.puiType[count] = dataType;
-        char *name = CopyName(moduleId, field->has_json_name() ? field->json_name() : field->name());
+        char *name = CopyName(moduleId, field->has_json_name() ? GpbPbJsonName(*field) : GpbPbName(*field));
         if (name == nullptr)
         {
             FreeNames(stMdlAttr.ppcName, count);

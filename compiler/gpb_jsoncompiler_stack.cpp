@@ -11,6 +11,7 @@
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_module_plan.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -200,8 +201,8 @@ unsigned int GpbJsonCompiler::GPB_FillLayerMessage(const GpbCompilerStackLayer &
     if (pstField->type() != FieldDescriptor::TYPE_MESSAGE)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NOT_A_MESSAGE,
-                "Gpb Compiler fill layer message Field [%s] type is not message, it is %u.", pstField->name().c_str(),
-                static_cast<unsigned int>(pstField->type()));
+                "Gpb Compiler fill layer message Field [%s] type is not message, it is %u.",
+                GpbPbName(*pstField).c_str(), static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_ERR;
     }
     stLayer.pstMessage = GpbOpenLayerMessage(stUpper.pstMessage, pstField);

@@ -13,6 +13,7 @@
 #include "compiler/gpb_sub_message.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
@@ -58,7 +59,7 @@ bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::
         return false;
     }
     (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
-    typeName.append(file.package()).append(".").append(name);
+    typeName.append(GpbPbPackage(file)).append(".").append(name);
     return true;
 }
 
@@ -105,7 +106,7 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
                     const FieldDescriptor &field)
 {
-    layer.strXPath.append(upper == nullptr ? file.package() : upper->strXPath).append(".").append(field.name());
+    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
 }
 
 GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const FieldDescriptor &field)
@@ -113,7 +114,7 @@ GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, c
     const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
     GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
     layer.strXPath.clear();
-    layer.strXPath.reserve(upper.strXPath.size() + 1 + field.name().size());
+    layer.strXPath.reserve(upper.strXPath.size() + 1 + GpbPbName(field).size());
     layer.pstDescriptor = field.message_type();
     layer.pstMessage = message;
     ++stack.uiLayerNum;
@@ -122,7 +123,7 @@ GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, c
 
 std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const FieldDescriptor &field)
 {
-    return upper.strXPath + "." + field.name();
+    return upper.strXPath + "." + std::string(GpbPbName(field));
 }
 
 Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "compiler/gpb_reflection_store.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "platform/safe_string.h"
 #include "platform/yos.h"
@@ -53,7 +54,7 @@ unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescripto
                         const Token &token)
 {
     char name[VALUE_NAME_ROOM] = {};
-    if (GpbXmlCompilerBase_EnumYang2Proto(token.text, type->name().c_str(), name, GPB_NAME_SIZE) == nullptr)
+    if (GpbXmlCompilerBase_EnumYang2Proto(token.text, GpbPbName(*type).c_str(), name, GPB_NAME_SIZE) == nullptr)
     {
         return GPB_COMPILER_ERR;
     }

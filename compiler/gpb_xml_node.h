@@ -39,8 +39,7 @@ inline GpbXmlNodeKind GpbClassifyXmlNode(xmlNode *node)
         return GpbXmlNodeKind::EMPTY;
     }
     // Without attributes, and without a document type that may give default ones, there is no mark.
-    const bool hasAttributes =
-        node->properties != nullptr || (node->doc != nullptr && node->doc->intSubset != nullptr);
+    const bool hasAttributes = node->properties != nullptr || (node->doc != nullptr && node->doc->intSubset != nullptr);
     if (hasAttributes && GpbIsMarkedIgnored(node))
     {
         return GpbXmlNodeKind::IGNORED;

@@ -11,6 +11,7 @@
 #include "compiler/gpb_record.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
 using google::protobuf::FieldDescriptor;
@@ -96,7 +97,7 @@ unsigned int GpbXmlCompiler::AddLayerToUpperLayer(const GpbCompilerStackLayer &s
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NOT_A_MESSAGE,
                 "[GpbXmlCompiler][AddLayerToUpperLayer]Field [%s] type is not message, it is %u.",
-                pstField->name().c_str(), static_cast<unsigned int>(pstField->type()));
+                GpbPbName(*pstField).c_str(), static_cast<unsigned int>(pstField->type()));
         return GPB_COMPILER_NOT_A_MESSAGE;
     }
     stLayer.pstMessage = GpbOpenLayerMessage(stUpper.pstMessage, pstField);

@@ -7,6 +7,7 @@
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
 #include "core/gpb_barrier.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
 using google::protobuf::Descriptor;
@@ -26,7 +27,7 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     for (int i = 0; i < message->field_count(); ++i)
     {
         const Descriptor *fieldType = message->field(i)->message_type();
-        if (fieldType != nullptr && fieldType->name() == type->name())
+        if (fieldType != nullptr && GpbPbName(*fieldType) == GpbPbName(*type))
         {
             return message->field(i);
         }
@@ -45,7 +46,7 @@ void SetPath(std::string &path, const std::string *before, const GpbCompilerStac
     }
     if (path.size() <= MAX_ACCUMULATED_PATH)
     {
-        path.append(top.strXPath).append(".").append(entry->name());
+        path.append(top.strXPath).append(".").append(GpbPbName(*entry));
     }
 }
 

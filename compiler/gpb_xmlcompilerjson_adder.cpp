@@ -6,6 +6,7 @@
 #include "compiler/gpb_xml_node.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_memory.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "platform/yos.h"
 
@@ -50,7 +51,7 @@ cJSON *GpbXmlCompilerJson_AddMessage(const FieldDescriptor *pstField, const char
 {
     // A message field's kind is called "message", so this is never equal and a leaf that meets a message field gives no
     // item. The comparison deliberately stays: it marks the place where a decimal message would become a number.
-    if (pstField == nullptr || YOS_StrCmp(pstField->type_name(), DECIMAL_TYPE) != 0)
+    if (pstField == nullptr || YOS_StrCmp(GpbPbTypeName(*pstField), DECIMAL_TYPE) != 0)
     {
         return nullptr;
     }

@@ -117,7 +117,7 @@ bool NestsTooDeep(ZeroCopyInputStream &stream)
 
 } // namespace
 
-ZeroCopyInputStream *GpbSourceTree::Open(const std::string &filename)
+ZeroCopyInputStream *GpbSourceTree::Open(GpbPbPath filename)
 {
     const std::unique_ptr<ZeroCopyInputStream> scanned(DiskSourceTree::Open(filename));
     if (scanned == nullptr || NestsTooDeep(*scanned))

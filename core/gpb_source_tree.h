@@ -6,8 +6,8 @@
 #include <google/protobuf/compiler/importer.h>
 #include <memory>
 #include <mutex>
-#include <string>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_lib.h"
 
 /// Opens no file whose braces nest deeper than any file that loads. The parser calls itself for each nested message and
@@ -16,7 +16,7 @@ class GpbSourceTree : public google::protobuf::compiler::DiskSourceTree
 {
 public:
     /// As the base class; null for a file that nests too deep, which then fails to load like one that cannot be read.
-    google::protobuf::io::ZeroCopyInputStream *Open(const std::string &filename) override;
+    google::protobuf::io::ZeroCopyInputStream *Open(GpbPbPath filename) override;
 
     /// What the library has derived from the descriptors of the importer that reads through this tree, made by `make`
     /// at the first call. Hosts know the layout of the context, and may hold an importer of their own kind: so it is

@@ -3,6 +3,7 @@
 #include <google/protobuf/descriptor.h>
 #include <string>
 
+#include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_case_collection.h"
 #include "descriptor/gpb_layer_suffix.h"
 
@@ -39,7 +40,7 @@ bool GpbCaseIndex::AddCase(const FieldDescriptor *caseField)
     const Descriptor *caseMessage = caseField->message_type();
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        AddName(caseMessage->field(i)->lowercase_name(), caseField, caseMessage->field(i));
+        AddName(GpbPbLowercaseName(*caseMessage->field(i)), caseField, caseMessage->field(i));
     }
     const auto layer = static_cast<int32_t>(GPB_GetSubDescriptorLayerNum(caseMessage, message_, layer_));
     // A case message from elsewhere has no layer number here, and deliberately ends the search.
@@ -50,7 +51,7 @@ bool GpbCaseIndex::AddCase(const FieldDescriptor *caseField)
     const GpbLayerSuffix suffix(layer);
     for (int i = 0; i < caseMessage->field_count(); ++i)
     {
-        const std::string &longName = caseMessage->field(i)->lowercase_name();
+        const std::string &longName = GpbPbLowercaseName(*caseMessage->field(i));
         if (suffix.Ends(longName))
         {
             AddName(suffix.CutOff(longName), caseField, caseMessage->field(i));
@@ -64,7 +65,7 @@ bool GpbCaseIndex::AddCase(const FieldDescriptor *caseField)
 // declared in the message.
 void GpbCaseIndex::AddName(std::string_view name, const FieldDescriptor *caseField, const FieldDescriptor *member)
 {
-    const FieldDescriptor *found = caseField->message_type()->FindFieldByLowercaseName(member->lowercase_name());
+    const FieldDescriptor *found = caseField->message_type()->FindFieldByLowercaseName(GpbPbLowercaseName(*member));
     if (found != nullptr)
     {
         fields_.try_emplace(name, GpbFoundField{found, caseField});

@@ -4,6 +4,7 @@
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_memory.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "platform/safe_string.h"
@@ -67,7 +68,7 @@ bool FillEnumList(const EnumDescriptor *type, GpbYangEnumItem *items)
     for (int i = 0; i < type->value_count(); ++i)
     {
         items[i].iValue = type->value(i)->number();
-        if (Gpb_Util_ConvertProtoEnumToYangEnum(type->value(i)->name().c_str(), items[i].acName,
+        if (Gpb_Util_ConvertProtoEnumToYangEnum(GpbPbName(*type->value(i)).c_str(), items[i].acName,
                                                 sizeof(items[i].acName)) != 0)
         {
             return false;

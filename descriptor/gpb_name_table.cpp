@@ -4,6 +4,7 @@
 #include <google/protobuf/descriptor.h>
 #include <set>
 
+#include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_case_index.h"
 #include "descriptor/gpb_layer_suffix.h"
 
@@ -23,7 +24,7 @@ std::set<std::string_view> Candidates(const Descriptor *message, const GpbLayerS
     std::set<std::string_view> names;
     for (int i = 0; i < message->field_count(); ++i)
     {
-        const std::string &name = message->field(i)->lowercase_name();
+        const std::string &name = GpbPbLowercaseName(*message->field(i));
         names.insert(name);
         if (suffix.Ends(name))
         {

@@ -38,15 +38,27 @@ void unlink(const CmfTreeNode *node)
         node->pstPrevSibling;
 }
 
+void detach(CmfTreeNode *node)
+{
+    if (node == nullptr || node->pstParent == nullptr)
+    {
+        return;
+    }
+    unlink(node);
+    node->pstParent = nullptr;
+    node->pstNextSibling = nullptr;
+    node->pstPrevSibling = nullptr;
+}
+
 } // namespace
 
-void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t uiFlags)
+void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t)
 {
     if (pstParent == nullptr || pstChild == nullptr || wouldCloseRing(pstParent, pstChild))
     {
         return;
     }
-    CMF_TREE_DetachNode(pstChild, uiFlags);
+    detach(pstChild);
     CmfTreeNode *const last = pstParent->pstLastChild;
     pstChild->pstParent = pstParent;
     pstChild->pstPrevSibling = last;
@@ -84,9 +96,9 @@ CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t)
     {
         return nullptr;
     }
-    CmfTreeNode *node = pstIter->pstCurrent;
+    const CmfTreeNode *node = pstIter->pstCurrent;
     CmfTreeNode *next = node->pstFirstChild;
-    while (next == nullptr && node != nullptr && node != pstIter->pstStart)
+    while (next == nullptr && node != pstIter->pstStart && node != nullptr)
     {
         next = node->pstNextSibling;
         node = node->pstParent;
@@ -97,14 +109,7 @@ CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t)
 
 void CMF_TREE_DetachNode(CmfTreeNode *pstNode, uint32_t)
 {
-    if (pstNode == nullptr || pstNode->pstParent == nullptr)
-    {
-        return;
-    }
-    unlink(pstNode);
-    pstNode->pstParent = nullptr;
-    pstNode->pstNextSibling = nullptr;
-    pstNode->pstPrevSibling = nullptr;
+    detach(pstNode);
 }
 
 void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
@@ -118,9 +123,10 @@ void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
             node = node->pstFirstChild;
         }
         // Out of its parent before it goes: the callback of the parent then sees no released child.
-        CmfTreeNode *const parent = node == pstNode ? nullptr : node->pstParent;
-        if (parent != nullptr)
+        CmfTreeNode *next = nullptr;
+        if (node != pstNode)
         {
+            next = node->pstNextSibling != nullptr ? node->pstNextSibling : node->pstParent;
             unlink(node);
         }
         if (pfnFree != nullptr)
@@ -128,6 +134,6 @@ void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
             pfnFree(node);
         }
         ZMP_Free_F(node, kFileTag, kLineFreeTree);
-        node = parent;
+        node = next;
     }
 }

@@ -1,24 +1,24 @@
 #include "events.h"
 
-#include <atomic>
 #include <mutex>
 
 namespace
 {
 
 std::mutex g_mutex;
-GpbHostObserver g_observer = nullptr;  // under g_mutex
-void *g_observerArg = nullptr;         // under g_mutex
-std::atomic<bool> g_isObserved{false}; // spares the lock where nobody listens
+GpbHostObserver g_observer = nullptr; // under g_mutex
+void *g_observerArg = nullptr;        // under g_mutex
 
 } // namespace
 
 namespace host
 {
 
+std::atomic<bool> g_isObserved{false};
+
 void notify(const GpbHostEvent &event)
 {
-    if (!g_isObserved.load(std::memory_order_acquire))
+    if (!isObserved())
     {
         return;
     }
@@ -36,5 +36,5 @@ void GpbHost_SetObserver(GpbHostObserver pfnObserver, void *pvArg)
     const std::lock_guard<std::mutex> lock(g_mutex);
     g_observer = pfnObserver;
     g_observerArg = pvArg;
-    g_isObserved.store(pfnObserver != nullptr, std::memory_order_release);
+    host::g_isObserved.store(pfnObserver != nullptr, std::memory_order_release);
 }

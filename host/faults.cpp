@@ -1,35 +1,41 @@
 #include "faults.h"
 
-#include <atomic>
-
 namespace
 {
 
 /**
- * Calls of one service, or of all together. An order holds the number of the call that it is meant for, so that it
- * is met once without anyone taking it back, whichever thread makes that call.
+ * Orders for the calls of one service. An order holds the number of the call that it is meant for, so that it is met
+ * once without anyone taking it back, whichever thread makes that call.
  */
-struct CallCounter
+struct Orders
 {
-    std::atomic<uint64_t> calls{0};
     std::atomic<uint64_t> failingCall{0}; // 0: none
     std::atomic<bool> failsAlways{false};
-
-    bool next()
-    {
-        const uint64_t number = calls.fetch_add(1, std::memory_order_relaxed) + 1;
-        return number == failingCall.load(std::memory_order_relaxed) || failsAlways.load(std::memory_order_relaxed);
-    }
-
-    void failNth(uint64_t nth) { failingCall = nth == 0 ? 0 : calls + nth; }
 };
 
-CallCounter g_services[GPB_HOST_SERVICE_COUNT];
-CallCounter g_anyService;
+Orders g_orders[GPB_HOST_SERVICE_COUNT];
+
+/** Calls of any service until the one that is to fail, that one included; 0: none is. */
+std::atomic<uint64_t> g_callsToFailure{0};
 
 bool isService(GpbHostService service)
 {
     return static_cast<unsigned>(service) < GPB_HOST_SERVICE_COUNT;
+}
+
+/** Counts a call of any service towards the one that is to fail; true when it is that one. */
+bool isAwaitedCall()
+{
+    uint64_t left = g_callsToFailure;
+    while (left != 0 && !g_callsToFailure.compare_exchange_weak(left, left - 1))
+    {
+    }
+    return left == 1;
+}
+
+void giveOrder()
+{
+    host::g_areOrdersGiven.store(true, std::memory_order_release);
 }
 
 } // namespace
@@ -37,41 +43,52 @@ bool isService(GpbHostService service)
 namespace host
 {
 
-bool callFails(GpbHostService service)
+std::atomic<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
+std::atomic<bool> g_areOrdersGiven{false};
+
+bool isOrderedToFail(GpbHostService service, uint64_t number)
 {
-    // Both counters advance on every call: no short circuit.
-    const bool ownOrder = g_services[service].next();
-    const bool anyOrder = g_anyService.next();
-    return ownOrder || anyOrder;
+    const Orders &orders = g_orders[service];
+    const bool isOwn = number == orders.failingCall || orders.failsAlways;
+    // Every call counts towards the awaited one: no short circuit.
+    const bool isAwaited = isAwaitedCall();
+    return isOwn || isAwaited;
 }
 
 void clearFaults()
 {
-    for (CallCounter &counter : g_services)
+    g_areOrdersGiven = false;
+    for (Orders &orders : g_orders)
     {
-        counter.failNth(0);
-        counter.failsAlways = false;
+        orders.failingCall = 0;
+        orders.failsAlways = false;
     }
-    g_anyService.failNth(0);
+    g_callsToFailure = 0;
 }
 
 } // namespace host
 
 uint64_t GpbHost_CallCount(GpbHostService eService)
 {
-    return isService(eService) ? g_services[eService].calls.load() : 0;
+    return isService(eService) ? host::g_calls[eService].load() : 0;
 }
 
 uint64_t GpbHost_TotalCallCount(void)
 {
-    return g_anyService.calls;
+    uint64_t total = 0;
+    for (const std::atomic<uint64_t> &calls : host::g_calls)
+    {
+        total += calls;
+    }
+    return total;
 }
 
 void GpbHost_FailCall(GpbHostService eService, uint64_t uiNth)
 {
     if (isService(eService))
     {
-        g_services[eService].failNth(uiNth);
+        g_orders[eService].failingCall = uiNth == 0 ? 0 : host::g_calls[eService] + uiNth;
+        giveOrder();
     }
 }
 
@@ -79,11 +96,13 @@ void GpbHost_FailAlways(GpbHostService eService, int iOn)
 {
     if (isService(eService))
     {
-        g_services[eService].failsAlways = iOn != 0;
+        g_orders[eService].failsAlways = iOn != 0;
+        giveOrder();
     }
 }
 
 void GpbHost_FailAnyCall(uint64_t uiNth)
 {
-    g_anyService.failNth(uiNth);
+    g_callsToFailure = uiNth;
+    giveOrder();
 }

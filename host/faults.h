@@ -2,17 +2,44 @@
 #ifndef GPB_HOST_FAULTS_H
 #define GPB_HOST_FAULTS_H
 
+#include <atomic>
+
 #include "platform_exports.h"
+#include "threads.h"
 
 namespace host
 {
 
+/** Calls of each service so far. */
+extern std::atomic<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
+
+/** Whether any order has been given since all were taken back; spares looking for one where there is none. */
+extern std::atomic<bool> g_areOrdersGiven;
+
+/** Counts a call of a service; returns its number. Any thread. */
+inline uint64_t countCall(GpbHostService service)
+{
+    return advance(g_calls[service]);
+}
+
+inline bool areOrdersGiven()
+{
+    return g_areOrdersGiven.load(std::memory_order_acquire);
+}
+
+/** Whether there is an order to fail call `number` of a service; to be asked once for every call. Any thread. */
+[[nodiscard]] bool isOrderedToFail(GpbHostService service, uint64_t number);
+
 /**
- * Counts a call of a service; every counted service asks this first.
+ * Counts a call of a service and looks for its order; every counted service asks this first.
  *
  * @return true when the call was ordered to fail. Any thread.
  */
-[[nodiscard]] bool callFails(GpbHostService service);
+[[nodiscard]] inline bool callFails(GpbHostService service)
+{
+    const uint64_t number = countCall(service);
+    return areOrdersGiven() && isOrderedToFail(service, number);
+}
 
 /** Takes every order to fail back; counts stay. */
 void clearFaults();

@@ -9,6 +9,13 @@
 #define GPB_HOST_GUARD_BYTES_H
 
 #include <cstddef>
+#include <cstring>
+
+#include "address_sanitizer.h"
+
+#if GPB_HOST_HAS_ASAN
+#include <sanitizer/asan_interface.h>
+#endif
 
 namespace host
 {
@@ -16,11 +23,38 @@ namespace host
 /** Bytes watched behind an allocation. */
 constexpr size_t kGuardSize = 16;
 
-/** Fills `size` new bytes and the guard behind them. */
-void dressMemory(void *memory, size_t size);
+constexpr unsigned char kNewByte = 0xA5;
+constexpr unsigned char kReleasedByte = 0xDD;
+constexpr unsigned char kGuard[] = {0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD,
+                                    0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD};
+static_assert(sizeof(kGuard) == kGuardSize, "the pattern of the whole guard");
 
-/** Fills `size` released bytes; false when the guard behind them was overwritten. */
-[[nodiscard]] bool undressMemory(void *memory, size_t size);
+/** Fills `size` new bytes and the guard behind them; returns the memory. */
+inline void *dressMemory(void *memory, size_t size)
+{
+    unsigned char *const guard = static_cast<unsigned char *>(memory) + size;
+    std::memcpy(guard, kGuard, kGuardSize);
+#if GPB_HOST_HAS_ASAN
+    __asan_poison_memory_region(guard, kGuardSize);
+#endif
+    return std::memset(memory, kNewByte, size);
+}
+
+/** Whether nobody has written behind `size` bytes. Puts the guard within everybody's reach. */
+[[nodiscard]] inline bool isGuardWhole(const void *memory, size_t size)
+{
+    const unsigned char *const guard = static_cast<const unsigned char *>(memory) + size;
+#if GPB_HOST_HAS_ASAN
+    __asan_unpoison_memory_region(guard, kGuardSize);
+#endif
+    return std::memcmp(guard, kGuard, kGuardSize) == 0;
+}
+
+/** Fills `size` released bytes. */
+inline void undressMemory(void *memory, size_t size)
+{
+    std::memset(memory, kReleasedByte, size);
+}
 
 } // namespace host
 

@@ -1,5 +1,5 @@
 /**
- * The books of the allocator: every live allocation, in the order in which they were made.
+ * Live allocations that are blocks of the C library: large ones, and all of them in a build with AddressSanitizer.
  *
  * Entries are found by address without touching the memory behind it, so that a foreign pointer can be asked for.
  */
@@ -9,7 +9,7 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "platform_exports.h"
+#include "books.h"
 
 namespace host
 {
@@ -20,33 +20,28 @@ public:
     /** The one ledger of the process; never destroyed, since memory may be released while the process ends. */
     static Ledger &instance();
 
-    /** Enters an allocation; false when there is no memory for the entry. */
-    [[nodiscard]] bool add(const GpbHostAllocation &allocation);
+    /**
+     * Gets memory with a guard behind it and enters it; null without memory, for the entry either.
+     *
+     * @param number  of the call that asks for it
+     */
+    [[nodiscard]] void *allocate(uint64_t number, const GpbHostAllocation &allocation);
 
-    /** Takes an allocation out and copies its entry; false when the address is no live allocation. */
-    [[nodiscard]] bool remove(const void *memory, GpbHostAllocation &entry);
+    /** Takes an allocation out, copies its entry and frees its memory. */
+    [[nodiscard]] Release release(void *memory, GpbHostAllocation &entry);
 
-    size_t count();
-    size_t bytes();
+    /** What is held. */
+    Totals totals();
 
-    /** Copies up to `room` entries, oldest first; returns how many there are. */
-    size_t list(GpbHostAllocation *out, size_t room);
-
-    /** Writes one line per entry to standard error; returns how many there are. */
-    size_t print();
+    /** Copies what is held, up to `room` entries, in no order; returns how many were copied. */
+    size_t copy(HeldEntry *out, size_t room);
 
 private:
-    struct Entry
-    {
-        GpbHostAllocation allocation;
-        Entry *older;
-        Entry *newer;
-    };
+    [[nodiscard]] bool add(const HeldEntry &entry);
+    [[nodiscard]] bool remove(const void *memory, GpbHostAllocation &entry);
 
     std::mutex m_mutex;
-    std::unordered_map<const void *, Entry> m_entries; // its nodes stay where they are
-    Entry *m_oldest = nullptr;
-    Entry *m_newest = nullptr;
+    std::unordered_map<const void *, HeldEntry> m_entries;
     size_t m_bytes = 0;
 };
 

@@ -31,26 +31,92 @@ int copyText(char *destination, size_t size, const char *source, size_t count, b
     return 0;
 }
 
+/** Two parts that overlap make any length between one part and two. Both are read before either is written. */
+template <typename Part>
+void moveInParts(unsigned char *destination, const unsigned char *source, size_t count)
+{
+    Part first;
+    Part last;
+    std::memcpy(&first, source, sizeof(Part));
+    std::memcpy(&last, source + count - sizeof(Part), sizeof(Part));
+    std::memcpy(destination, &first, sizeof(Part));
+    std::memcpy(destination + count - sizeof(Part), &last, sizeof(Part));
+}
+
+/** As memmove, without its call for the few bytes that most of the library's copies have. */
+[[gnu::always_inline]] inline void moveBytes(void *destination, const void *source, size_t count)
+{
+    auto *const to = static_cast<unsigned char *>(destination);
+    const auto *const from = static_cast<const unsigned char *>(source);
+    if (count == 1)
+    {
+        *to = *from;
+    }
+    else if (count - 2 < 2)
+    {
+        moveInParts<uint16_t>(to, from, count);
+    }
+    else if (count - 4 < 4)
+    {
+        moveInParts<uint32_t>(to, from, count);
+    }
+    else if (count - 8 < 9)
+    {
+        moveInParts<uint64_t>(to, from, count);
+    }
+    else
+    {
+        std::memmove(destination, source, count);
+    }
+}
+
+[[gnu::always_inline]] inline int copyBytes(void *destination, size_t size, const void *source, size_t count)
+{
+    if (destination == nullptr || size == 0 || source == nullptr || count > size)
+    {
+        return kFailed;
+    }
+    moveBytes(destination, source, count);
+    return 0;
+}
+
+int fillBytes(void *destination, size_t size, int value, size_t count)
+{
+    if (destination == nullptr || size == 0 || count > size)
+    {
+        return kFailed;
+    }
+    std::memset(destination, value, count);
+    return 0;
+}
+
+// Looking for an order is kept out of the two functions below, which are called for every few bytes that are written:
+// without it they save no registers.
+
+[[gnu::noinline]] int copyUnlessOrdered(void *destination, size_t size, const void *source, size_t count, uint64_t call)
+{
+    return host::isOrderedToFail(GPB_HOST_MEMCPY, call) ? kFailed : copyBytes(destination, size, source, count);
+}
+
+[[gnu::noinline]] int fillUnlessOrdered(void *destination, size_t size, int value, size_t count, uint64_t call)
+{
+    return host::isOrderedToFail(GPB_HOST_MEMSET, call) ? kFailed : fillBytes(destination, size, value, count);
+}
+
 } // namespace
 
 int memcpy_s(void *pvDest, size_t uiSize, const void *pvSrc, size_t uiCount)
 {
-    if (host::callFails(GPB_HOST_MEMCPY) || pvDest == nullptr || uiSize == 0 || pvSrc == nullptr || uiCount > uiSize)
-    {
-        return kFailed;
-    }
-    std::memmove(pvDest, pvSrc, uiCount);
-    return 0;
+    const uint64_t call = host::countCall(GPB_HOST_MEMCPY);
+    return host::areOrdersGiven() ? copyUnlessOrdered(pvDest, uiSize, pvSrc, uiCount, call)
+                                  : copyBytes(pvDest, uiSize, pvSrc, uiCount);
 }
 
 int memset_s(void *pvDest, size_t uiSize, int iValue, size_t uiCount)
 {
-    if (host::callFails(GPB_HOST_MEMSET) || pvDest == nullptr || uiSize == 0 || uiCount > uiSize)
-    {
-        return kFailed;
-    }
-    std::memset(pvDest, iValue, uiCount);
-    return 0;
+    const uint64_t call = host::countCall(GPB_HOST_MEMSET);
+    return host::areOrdersGiven() ? fillUnlessOrdered(pvDest, uiSize, iValue, uiCount, call)
+                                  : fillBytes(pvDest, uiSize, iValue, uiCount);
 }
 
 int strcpy_s(char *pcDest, size_t uiSize, const char *pcSrc)

@@ -6,6 +6,7 @@
 
 #include "events.h"
 #include "faults.h"
+#include "pointer_array.h"
 
 namespace
 {
@@ -22,7 +23,7 @@ void notifyVector(GpbHostEventKind kind, const VecVector &vector, const char *fi
 /** Empty slots, or null. */
 void **allocateSlots(uint32_t moduleId, uint32_t size, const char *file, uint32_t line)
 {
-    const size_t bytes = size_t{size} * sizeof(void *);
+    const size_t bytes = host::pointerArrayBytes(size);
     void *const slots = ZMP_Malloc_F(moduleId, g_aucZmpMemPt[0], bytes, file, line);
     if (slots != nullptr)
     {

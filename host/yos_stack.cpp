@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "faults.h"
+#include "pointer_array.h"
 
 namespace
 {
@@ -23,7 +24,7 @@ struct Stack
 void **allocateItems(uint32_t moduleId, uint32_t room, uint32_t line)
 {
     return static_cast<void **>(
-        ZMP_Malloc_F(moduleId, g_aucZmpMemPt[0], size_t{room} * sizeof(void *), kFileTag, line));
+        ZMP_Malloc_F(moduleId, g_aucZmpMemPt[0], host::pointerArrayBytes(room), kFileTag, line));
 }
 
 bool grow(Stack &stack)

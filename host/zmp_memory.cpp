@@ -1,12 +1,12 @@
-/** The allocator: the C library's memory with books, guards and provoked failures. */
+/** The allocator: memory with books, guards and provoked failures. */
 #include <cinttypes>
 #include <cstdio>
-#include <cstdlib>
 
 #include "events.h"
 #include "faults.h"
-#include "guard_bytes.h"
 #include "ledger.h"
+#include "small_blocks.h"
+#include "threads.h"
 
 namespace
 {
@@ -28,26 +28,59 @@ void complain(const char *what, const GpbHostEvent &event)
 }
 
 /** Memory with guard and entry, or null. */
-void *allocate(GpbHostAllocation &allocation)
+void *allocate(uint64_t call, const GpbHostAllocation &allocation)
 {
-    if (allocation.uiSize > kMaxAllocation)
+    void *memory = nullptr;
+    if (host::isForSmallBlock(allocation.uiSize))
     {
-        return nullptr;
+        memory = host::allocateSmallBlock(call, allocation);
     }
-    void *const memory = std::malloc(allocation.uiSize + host::kGuardSize);
-    if (memory == nullptr)
+    if (memory == nullptr && allocation.uiSize <= kMaxAllocation)
     {
-        return nullptr;
+        memory = host::Ledger::instance().allocate(call, allocation);
     }
-    allocation.pvMem = memory;
-    if (!host::Ledger::instance().add(allocation))
-    {
-        std::free(memory);
-        allocation.pvMem = nullptr;
-        return nullptr;
-    }
-    host::dressMemory(memory, allocation.uiSize);
     return memory;
+}
+
+/** An allocation of any size, with its order to fail and with an observer. */
+[[gnu::noinline]] void *allocateAndTell(uint64_t call, uint32_t moduleId, uint8_t partition, size_t size,
+                                        const char *file, uint32_t line)
+{
+    GpbHostAllocation allocation{nullptr, size, moduleId, partition, file, line};
+    const bool fails = host::areOrdersGiven() && host::isOrderedToFail(GPB_HOST_MALLOC, call);
+    void *const memory = fails ? nullptr : allocate(call, allocation);
+    allocation.pvMem = memory;
+    const GpbHostEventKind kind = memory != nullptr ? GPB_HOST_EVENT_MALLOC : GPB_HOST_EVENT_MALLOC_FAILED;
+    host::notify(makeEvent(kind, allocation, file, line));
+    return memory;
+}
+
+/** A release of anything, with complaints and with an observer. */
+[[gnu::noinline]] void releaseAndTell(void *memory, const char *file, uint32_t line)
+{
+    GpbHostAllocation allocation{memory, 0, 0, 0, file, line};
+    host::Release result = host::releaseSmallBlock(memory, &allocation);
+    if (result == host::Release::NotHeld)
+    {
+        result = host::Ledger::instance().release(memory, allocation);
+    }
+    if (result == host::Release::NotHeld)
+    {
+        complain("release of memory that is not held", makeEvent(GPB_HOST_EVENT_BAD_FREE, allocation, file, line));
+        return;
+    }
+    if (result == host::Release::Overrun)
+    {
+        complain("bytes behind an allocation were overwritten",
+                 makeEvent(GPB_HOST_EVENT_OVERRUN, allocation, file, line));
+    }
+    host::notify(makeEvent(GPB_HOST_EVENT_FREE, allocation, file, line));
+}
+
+/** Neither another thread nor an observer: the way of most calls is short then, without a lock and an event. */
+bool isUndisturbed()
+{
+    return host::isOnlyThread() && !host::isObserved();
 }
 
 } // namespace
@@ -57,11 +90,16 @@ uint8_t g_aucZmpMemPt[] = {7};
 
 void *ZMP_Malloc_F(uint32_t uiModuleId, uint8_t ucPartition, size_t uiSize, const char *pcFile, uint32_t uiLine)
 {
-    GpbHostAllocation allocation{nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine};
-    void *const memory = host::callFails(GPB_HOST_MALLOC) ? nullptr : allocate(allocation);
-    const GpbHostEventKind kind = memory != nullptr ? GPB_HOST_EVENT_MALLOC : GPB_HOST_EVENT_MALLOC_FAILED;
-    host::notify(makeEvent(kind, allocation, pcFile, uiLine));
-    return memory;
+    const uint64_t call = host::countCall(GPB_HOST_MALLOC);
+    const GpbHostAllocation allocation{nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine};
+    if (isUndisturbed() && host::isForSmallBlock(uiSize) && !host::areOrdersGiven())
+    {
+        if (void *const memory = host::takeSmallBlock(host::g_shards[0], call, allocation))
+        {
+            return memory;
+        }
+    }
+    return allocateAndTell(call, uiModuleId, ucPartition, uiSize, pcFile, uiLine);
 }
 
 void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
@@ -70,17 +108,13 @@ void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
     {
         return;
     }
-    GpbHostAllocation allocation{pvMem, 0, 0, 0, pcFile, uiLine};
-    if (!host::Ledger::instance().remove(pvMem, allocation))
+    if (isUndisturbed())
     {
-        complain("release of memory that is not held", makeEvent(GPB_HOST_EVENT_BAD_FREE, allocation, pcFile, uiLine));
-        return;
+        host::Region *const region = host::findUsedRegion(pvMem);
+        if (region != nullptr && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
+        {
+            return;
+        }
     }
-    if (!host::undressMemory(pvMem, allocation.uiSize))
-    {
-        complain("bytes behind an allocation were overwritten",
-                 makeEvent(GPB_HOST_EVENT_OVERRUN, allocation, pcFile, uiLine));
-    }
-    std::free(pvMem);
-    host::notify(makeEvent(GPB_HOST_EVENT_FREE, allocation, pcFile, uiLine));
+    releaseAndTell(pvMem, pcFile, uiLine);
 }

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Doubly linked lists of the device platform.
  *
  * Imported by the library, provided by the host process. A record becomes a list node by starting with the
@@ -14,17 +15,19 @@ extern "C"
 {
 #endif
 
+/** The links with which a list node begins. */
 typedef struct DllNode
 {
-    struct DllNode *pstNext;
-    struct DllNode *pstPrev;
-    uintptr_t ulHandle; /**< left to the platform; zero */
+    struct DllNode *pstNext; /**< next node, the head after the last */
+    struct DllNode *pstPrev; /**< previous node, the head before the first */
+    uintptr_t ulHandle;      /**< left to the platform; zero */
 } DllNode;
 
+/** A list: its links lie where a node has its own, so that the head stands for a node. */
 typedef struct DllHead
 {
-    DllNode *pstFirst;
-    DllNode *pstLast;
+    DllNode *pstFirst;  /**< first node, the head itself in an empty list */
+    DllNode *pstLast;   /**< last node, the head itself in an empty list */
     uintptr_t ulHandle; /**< left to the platform; zero */
     uint32_t uiCount;   /**< nodes in the list, the head not counted */
 } DllHead;

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Bounds-checked memory and text functions of the device platform.
  *
  * Imported by the library, provided by the host process. Sizes and counts are in bytes. What each function
@@ -22,6 +23,7 @@
 #include <stdarg.h>
 #include <stddef.h>
 
+/** Lets the compiler compare a format with its arguments. */
 #if defined(__GNUC__)
 #define GPB_PRINTF_LIKE(formatArg, firstArg) __attribute__((format(printf, formatArg, firstArg)))
 #else
@@ -33,7 +35,9 @@ extern "C"
 {
 #endif
 
+/** Copies bytes. */
 int memcpy_s(void *pvDest, size_t uiSize, const void *pvSrc, size_t uiCount);
+/** Fills bytes. */
 int memset_s(void *pvDest, size_t uiSize, int iValue, size_t uiCount);
 
 /** Copies a text with its terminator. */
@@ -42,9 +46,13 @@ int strcpy_s(char *pcDest, size_t uiSize, const char *pcSrc);
 /** Copies at most `uiCount` characters of a text and terminates. */
 int strncpy_s(char *pcDest, size_t uiSize, const char *pcSrc, size_t uiCount);
 
+/** Formats; a text that does not fit is a failure. */
 int sprintf_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
+/** Formats at most `uiCount` characters. */
 int snprintf_s(char *pcDest, size_t uiSize, size_t uiCount, const char *pcFormat, ...) GPB_PRINTF_LIKE(4, 5);
+/** Formats; a text that does not fit is cut. */
 int snprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, ...) GPB_PRINTF_LIKE(3, 4);
+/** The same with a list of arguments. */
 int vsnprintf_truncated_s(char *pcDest, size_t uiSize, const char *pcFormat, va_list stArgs) GPB_PRINTF_LIKE(3, 0);
 
 #ifdef __cplusplus

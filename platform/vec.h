@@ -1,4 +1,5 @@
 /**
+ * @file
  * Vectors of pointers of the device platform.
  *
  * Imported by the library, provided by the host process. The record is open: callers read the slot count and
@@ -17,6 +18,7 @@ extern "C"
 /** What VEC_VectorSet returns when the item could not be stored. */
 #define VEC_INVALID_INDEX 0xFFFFFFFFU
 
+/** A vector; a slot that was cleared is used again. */
 typedef struct VecVector
 {
     uint32_t uiModuleId; /**< module id under which the vector's memory is held */

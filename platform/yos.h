@@ -1,4 +1,5 @@
 /**
+ * @file
  * Operating system services of the device platform: texts, file-system tests and the pointer stack.
  *
  * Imported by the library, provided by the host process.

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Memory and system services of the device platform.
  *
  * The library imports these functions and never defines them: the host process provides them, either with

@@ -2,6 +2,7 @@
 #include <google/protobuf/descriptor.h>
 
 #include "core/gpb_log.h"
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_template.h"
 #include "platform/yos.h"
 #include "template/gpb_template_mapping.h"
@@ -96,7 +97,7 @@ ObjNode *GPBLIB_CreateNode(const GpbYangNode *pstNode, ObjTree pstTree, const Fi
         return nullptr;
     default:
         GPB_LOG(pstCtx, GPB_LOG_PROGRESS, __LINE__, "unknown field type = %d, name = %s",
-                static_cast<int>(pstField->cpp_type()), pstField->name().c_str());
+                static_cast<int>(pstField->cpp_type()), GpbPbName(*pstField).c_str());
         return nullptr;
     }
 }

@@ -48,6 +48,17 @@ uint8_t *CopyContent(const ObjNode *tree, const uint8_t *bytes, uint32_t length)
     return content;
 }
 
+// GPBLIB_Encoding_ReadVarInt for tags and lengths, nearly all of which are one byte.
+uint32_t ReadShortVarint(uint64_t *value, const uint8_t *bytes, uint32_t length)
+{
+    if (bytes != nullptr && length != 0 && bytes[0] <= GPB_VARINT_PAYLOAD)
+    {
+        *value = bytes[0];
+        return 1;
+    }
+    return GPBLIB_Encoding_ReadVarInt(value, bytes, length);
+}
+
 } // namespace
 
 uint32_t GPBLIB_Encoding_ReadVarInt(uint64_t *pulValue, const uint8_t *pucBytes, uint32_t uiLen)
@@ -56,11 +67,13 @@ uint32_t GPBLIB_Encoding_ReadVarInt(uint64_t *pulValue, const uint8_t *pucBytes,
     {
         return 0;
     }
+    const uint32_t room = uiLen < GPB_VARINT_MAX_SIZE ? uiLen : GPB_VARINT_MAX_SIZE;
     uint64_t value = 0;
-    for (uint32_t i = 0; i < uiLen && i < GPB_VARINT_MAX_SIZE; ++i)
+    for (uint32_t i = 0; i < room; ++i)
     {
-        value |= static_cast<uint64_t>(pucBytes[i] & GPB_VARINT_PAYLOAD) << (GPB_VARINT_PAYLOAD_BITS * i);
-        if ((pucBytes[i] & GPB_VARINT_CONTINUED) == 0)
+        const uint64_t byte = pucBytes[i];
+        value |= (byte & GPB_VARINT_PAYLOAD) << (GPB_VARINT_PAYLOAD_BITS * i);
+        if ((byte & GPB_VARINT_CONTINUED) == 0)
         {
             *pulValue = value;
             return i + 1;
@@ -96,7 +109,7 @@ uint32_t GPBLIB_ObjNode_Read_LENGTH_DELIMITED(const ObjNode *pstTree, ObjNode *p
                                               uint32_t uiLen)
 {
     uint64_t length = 0;
-    const uint32_t count = GPBLIB_Encoding_ReadVarInt(&length, pucBytes, uiLen);
+    const uint32_t count = ReadShortVarint(&length, pucBytes, uiLen);
     // Compared in 64 bits: a length that is cut to 32 bits first would pass.
     if (pstNode == nullptr || count == 0 || length > uiLen - count)
     {
@@ -123,7 +136,7 @@ uint32_t GPBLIB_ObjNode_Read_LENGTH_DELIMITED(const ObjNode *pstTree, ObjNode *p
 uint32_t GPBLIB_ObjNode_Read_NODE(const ObjNode *pstTree, ObjNode *pstNode, const uint8_t *pucBytes, uint32_t uiLen)
 {
     uint64_t length = 0;
-    const uint32_t count = GPBLIB_Encoding_ReadVarInt(&length, pucBytes, uiLen);
+    const uint32_t count = ReadShortVarint(&length, pucBytes, uiLen);
     // A length may promise more than there is, the children are read as far as they go; but it must be a length.
     if (pstNode == nullptr || count == 0 || length > UINT32_MAX)
     {
@@ -138,7 +151,7 @@ uint32_t GPBLIB_ObjNode_Read_NODE(const ObjNode *pstTree, ObjNode *pstNode, cons
 uint32_t GPBLIB_ObjNode_Read(const ObjNode *pstTree, ObjNode *pstNode, const uint8_t *pucBytes, uint32_t uiLen)
 {
     uint64_t tag = 0;
-    const uint32_t tagLen = GPBLIB_Encoding_ReadVarInt(&tag, pucBytes, uiLen);
+    const uint32_t tagLen = ReadShortVarint(&tag, pucBytes, uiLen);
     if (pstNode == nullptr || tagLen == 0)
     {
         return 0;

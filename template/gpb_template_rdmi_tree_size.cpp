@@ -7,18 +7,75 @@
 namespace
 {
 
-uint32_t DelimitedSize(uint32_t tagSize, uint32_t length)
+bool IsLeaf(const ObjNode *node)
 {
-    return tagSize + GPBLIB_Encoding_GetValueSizeOfInteger(length) + length;
+    return node->nodeType == GPB_OBJNODE_INTLEAF || node->nodeType == GPB_OBJNODE_STRLEAF;
+}
+
+// Two words of the link header are the same in every tree service, so measuring a whole tree need not call for them:
+// the parent comes first, then the first child.
+ObjNode *ParentLinkOf(const ObjNode *node)
+{
+    return GpbNodeOfLink(node->stTree.pstParent);
+}
+
+ObjNode *FirstChildLinkOf(const ObjNode *node)
+{
+    return GpbNodeOfLink(node->stTree.pstFirstChild);
+}
+
+// The size of a node whose length is known.
+uint32_t SizeByLength(const ObjNode *node)
+{
+    const uint32_t tagSize = GpbVarintSize(GpbWireTag(node, 0));
+    if (node->nodeType == GPB_OBJNODE_INTLEAF)
+    {
+        return tagSize + GpbVarintSize(node->value);
+    }
+    return tagSize + GpbVarintSize(node->objLen) + node->objLen;
+}
+
+// Begins a node; false when it is measured at once, since it has no children.
+bool BeginContainer(ObjNode *node)
+{
+    const bool hasChildren = FirstChildLinkOf(node) != nullptr;
+    if (hasChildren || !IsLeaf(node))
+    {
+        // Also for a container without children: it may have lost them since it was measured last.
+        node->objLen = 0;
+    }
+    return hasChildren;
+}
+
+// Measures a node whose children are measured, and every ancestor that it completes; the next node to begin with, null
+// when `top` is complete.
+ObjNode *Complete(ObjNode *node, const ObjNode *top)
+{
+    for (;;)
+    {
+        node->gpbSize = SizeByLength(node);
+        if (node == top)
+        {
+            return nullptr;
+        }
+        ObjNode *parent = ParentLinkOf(node);
+        if (!IsLeaf(parent))
+        {
+            parent->objLen += node->gpbSize;
+        }
+        if (ObjNode *next = GpbNextSiblingOf(node))
+        {
+            return next;
+        }
+        node = parent;
+    }
 }
 
 } // namespace
 
 uint32_t GPBLIB_Encoding_GetValueSizeOfInteger(uint64_t ulValue)
 {
-    // The number of the highest bit set; 0 is measured as 1, since it takes a byte, too.
-    const auto highestBit = static_cast<uint32_t>(63 - __builtin_clzll(ulValue | 1));
-    return highestBit / GPB_VARINT_PAYLOAD_BITS + 1;
+    return GpbVarintSize(ulValue);
 }
 
 uint32_t GPBLIB_ObjNode_GetEncodingSize(ObjNode *pstNode)
@@ -27,12 +84,7 @@ uint32_t GPBLIB_ObjNode_GetEncodingSize(ObjNode *pstNode)
     {
         return 0;
     }
-    const uint32_t tagSize = GPBLIB_Encoding_GetValueSizeOfInteger(GpbWireTag(pstNode, 0));
-    if (pstNode->nodeType == GPB_OBJNODE_INTLEAF)
-    {
-        return tagSize + GPBLIB_Encoding_GetValueSizeOfInteger(pstNode->value);
-    }
-    if (pstNode->nodeType != GPB_OBJNODE_STRLEAF)
+    if (!IsLeaf(pstNode))
     {
         // Adds to what is there, deliberately: clearing is left to whoever measures a tree anew.
         for (const ObjNode *child = GpbFirstChildOf(pstNode); child != nullptr; child = GpbNextSiblingOf(child))
@@ -40,7 +92,7 @@ uint32_t GPBLIB_ObjNode_GetEncodingSize(ObjNode *pstNode)
             pstNode->objLen += child->gpbSize;
         }
     }
-    return DelimitedSize(tagSize, pstNode->objLen);
+    return SizeByLength(pstNode);
 }
 
 void GPBLIB_ObjTree_CalcParentBufLen(ObjNode *pstNode)
@@ -67,25 +119,14 @@ void GPBLIB_ObjTree_RefreshBufLen(ObjTree pstTree)
     {
         return;
     }
-    CmfTreeIter iter;
-    for (CmfTreeNode *link = CMF_TREE_GetPreOrderIter(&pstTree->stTree, &iter, 0); link != nullptr;
-         link = CMF_TREE_GetNextByPreOrder(&iter, 0))
+    // Each node adds itself to its parent when it is complete, so that no container has to go through its children once
+    // more.
+    for (ObjNode *node = pstTree; node != nullptr;)
     {
-        ObjNode *node = GpbNodeOfLink(link);
-        const bool isLeaf = node->nodeType == GPB_OBJNODE_INTLEAF || node->nodeType == GPB_OBJNODE_STRLEAF;
-        if (!isLeaf)
-        {
-            // Also for a container without children: it may have lost them since it was measured last.
-            node->objLen = 0;
-        }
-        if (GpbFirstChildOf(node) != nullptr)
-        {
-            node->gpbSize = 0;
-            continue;
-        }
-        node->gpbSize = GPBLIB_ObjNode_GetEncodingSize(node);
-        GPBLIB_ObjTree_CalcParentBufLen(node);
+        node = BeginContainer(node) ? FirstChildLinkOf(node) : Complete(node, pstTree);
     }
+    // For a tree that hangs below another node.
+    GPBLIB_ObjTree_CalcParentBufLen(pstTree);
 }
 
 uint32_t GPBLIB_ObjTree_GetWriteLen(ObjTree pstTree)

@@ -22,6 +22,17 @@ constexpr uint32_t GPB_WIRE_FIXED32 = 5;
 // not tell from a string.
 constexpr uint32_t GPB_WIRE_CONTAINER = 6;
 
+// Bytes of a varint. The number of the highest bit set tells, where it is not the one byte of most of them.
+inline uint32_t GpbVarintSize(uint64_t value)
+{
+    if (value <= GPB_VARINT_PAYLOAD)
+    {
+        return 1;
+    }
+    const auto highestBit = static_cast<uint32_t>(63 - __builtin_clzll(value));
+    return highestBit / GPB_VARINT_PAYLOAD_BITS + 1;
+}
+
 // The tag of a node. The shift is 64 bits wide, so that ids above 2^29 - 1 keep their high bits.
 inline uint64_t GpbWireTag(const ObjNode *node, uint32_t wireType)
 {

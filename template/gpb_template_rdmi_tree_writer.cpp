@@ -41,15 +41,43 @@ uint32_t WriteByType(const NodeWriter *writers, const ObjNode *node, uint8_t *de
     return writers[node->nodeType](node, dest, room);
 }
 
+// The bytes of a varint; their number.
+uint32_t FormVarint(uint64_t value, uint8_t *bytes)
+{
+    uint32_t length = 0;
+    while (value > GPB_VARINT_PAYLOAD)
+    {
+        bytes[length++] = static_cast<uint8_t>(value | GPB_VARINT_CONTINUED);
+        value >>= GPB_VARINT_PAYLOAD_BITS;
+    }
+    bytes[length++] = static_cast<uint8_t>(value);
+    return length;
+}
+
+// Copies the bytes of a varint where they fit; their number, 0 where they do not.
+uint32_t CopyVarint(const uint8_t *bytes, uint32_t length, uint8_t *dest, uint32_t room)
+{
+    if (room < length)
+    {
+        return 0;
+    }
+    if (memcpy_s(dest, room, bytes, length) != 0)
+    {
+        ZMP_Assert(GPB_RDMI_TREE_TAG, LINE_COPY_VARINT_FAILED, 0);
+    }
+    return length;
+}
+
 // A tag followed by one varint, which is all that every node but a string consists of.
 uint32_t WriteTagAndVarint(const ObjNode *node, uint32_t wireType, uint64_t value, uint8_t *dest, uint32_t room)
 {
-    const uint32_t tagLen = GPBLIB_Encoding_WriteVarInt(GpbWireTag(node, wireType), dest, room);
+    uint8_t bytes[GPB_VARINT_MAX_SIZE];
+    const uint32_t tagLen = CopyVarint(bytes, FormVarint(GpbWireTag(node, wireType), bytes), dest, room);
     if (tagLen == 0)
     {
         return 0;
     }
-    const uint32_t valueLen = GPBLIB_Encoding_WriteVarInt(value, dest + tagLen, room - tagLen);
+    const uint32_t valueLen = CopyVarint(bytes, FormVarint(value, bytes), dest + tagLen, room - tagLen);
     return valueLen == 0 ? 0 : tagLen + valueLen;
 }
 
@@ -112,22 +140,8 @@ private:
 uint32_t GPBLIB_Encoding_WriteVarInt(uint64_t ulValue, uint8_t *pucDest, uint32_t uiRoom)
 {
     uint8_t bytes[GPB_VARINT_MAX_SIZE];
-    uint32_t length = 0;
-    while (ulValue > GPB_VARINT_PAYLOAD)
-    {
-        bytes[length++] = static_cast<uint8_t>(ulValue | GPB_VARINT_CONTINUED);
-        ulValue >>= GPB_VARINT_PAYLOAD_BITS;
-    }
-    bytes[length++] = static_cast<uint8_t>(ulValue);
-    if (pucDest == nullptr || uiRoom < length)
-    {
-        return 0;
-    }
-    if (memcpy_s(pucDest, uiRoom, bytes, length) != 0)
-    {
-        ZMP_Assert(GPB_RDMI_TREE_TAG, LINE_COPY_VARINT_FAILED, 0);
-    }
-    return length;
+    const uint32_t length = FormVarint(ulValue, bytes);
+    return pucDest == nullptr ? 0 : CopyVarint(bytes, length, pucDest, uiRoom);
 }
 
 uint32_t GPBLIB_ObjNode_WriteVarint(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)

@@ -3,6 +3,7 @@
 
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
+#include "core/gpb_protobuf_compat.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_template.h"
@@ -83,13 +84,13 @@ const Descriptor *GPBLIB_ProcSubTreeNodeGetDestriptor(const GpbLibContext *pstCt
     if (count == 0)
     {
         GPB_LOG(pstCtx, GPB_LOG_ERROR, __LINE__, "this file has no message, filename = %s, nodeName = %s",
-                pstFileDesc->name().c_str(), GpbShown(pstTop->pcName));
+                GpbPbName(*pstFileDesc).c_str(), GpbShown(pstTop->pcName));
         return nullptr;
     }
     for (int i = 0; i < count; ++i)
     {
         const Descriptor *message = pstFileDesc->message_type(i);
-        if (YOS_StrCmp(message->name().c_str(), name) == 0)
+        if (YOS_StrCmp(GpbPbName(*message).c_str(), name) == 0)
         {
             return message;
         }

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <new>
+#include <set>
 
 #include "yang/schema_messages.h"
 #include "yang/yang_error.h"
@@ -34,6 +35,21 @@ std::string Indented(const std::string &lines)
     return text;
 }
 
+/** Loads NAME or NAME@REVISION. */
+const lys_module &Load(ly_ctx &context, const FileSource &source, const std::string &module)
+{
+    const std::size_t at = module.find('@');
+    const std::string name = module.substr(0, at);
+    const std::string revision = at != std::string::npos ? module.substr(at + 1) : "";
+    const lys_module *loaded =
+        ly_ctx_load_module(&context, name.c_str(), revision.empty() ? nullptr : revision.c_str(), kAllFeatures);
+    if (loaded == nullptr)
+    {
+        throw YangError(Fault::Module, "YANG module " + module + " does not load\n" + Indented(source.Errors()));
+    }
+    return *loaded;
+}
+
 } // namespace
 
 void Schema::ContextDeleter::operator()(ly_ctx *context) const
@@ -41,7 +57,8 @@ void Schema::ContextDeleter::operator()(ly_ctx *context) const
     ly_ctx_destroy(context);
 }
 
-Schema::Schema(const std::vector<std::string> &directories, const std::string &module)
+Schema::Schema(const std::vector<std::string> &directories, const std::string &module,
+               const std::vector<std::string> &augmenting)
 {
     for (const std::string &directory : directories)
     {
@@ -59,10 +76,11 @@ Schema::Schema(const std::vector<std::string> &directories, const std::string &m
     }
     context_.reset(context);
     const FileSource source(*context, directories);
-    module_ = ly_ctx_load_module(context, module.c_str(), nullptr, kAllFeatures);
-    if (module_ == nullptr)
+    module_ = &Load(*context, source, module);
+    // Augments are part of the schema in the order in which they are loaded.
+    for (const std::string &name : std::set<std::string>(augmenting.begin(), augmenting.end()))
     {
-        throw YangError(Fault::Module, "YANG module " + module + " does not load\n" + Indented(source.Errors()));
+        augmenting_.push_back(&Load(*context, source, name));
     }
 }
 

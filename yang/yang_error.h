@@ -12,8 +12,10 @@ namespace gpbyang
 enum class Fault
 {
     Module, /**< the module, or one that it needs, is not found or does not load */
+    NoData, /**< the module has nothing that a document could hold */
     Path,   /**< a path does not lead to a node */
     Ids,    /**< the map of ids is malformed, or does not fit the module */
+    Lock,   /**< the lock file is malformed, or belongs to another module */
 };
 
 class YangError : public std::runtime_error

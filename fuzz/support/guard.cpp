@@ -2,9 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <google/protobuf/stubs/logging.h>
 #include <string>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_host.h"
 
 namespace gpbfuzz
@@ -20,12 +20,9 @@ namespace
 }
 
 /** The library's barrier would turn a fatal error of protobuf into a failure; here it counts as what it is. */
-void onProtobufLog(google::protobuf::LogLevel level, const char *, int, const std::string &message)
+void onProtobufFatal(const std::string &message)
 {
-    if (level == google::protobuf::LOGLEVEL_FATAL)
-    {
-        fail(("protobuf: " + message).c_str());
-    }
+    fail(("protobuf: " + message).c_str());
 }
 
 void onEvent(void *mayAssert, const GpbHostEvent *event)
@@ -54,7 +51,7 @@ void require(bool holds, const char *what)
 
 InputGuard::InputGuard(bool mayAssert) : m_held(GpbHost_LiveCount())
 {
-    google::protobuf::SetLogHandler(onProtobufLog);
+    GpbPbWatchFatal<onProtobufFatal>();
     static char yes;
     GpbHost_SetObserver(onEvent, mayAssert ? &yes : nullptr);
 }

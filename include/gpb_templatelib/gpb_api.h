@@ -1,4 +1,5 @@
 /**
+ * @file
  * What the exported headers share: the export mark and the names under which C and C++ see foreign classes.
  *
  * In C++ the `GpbPb*` names are the protobuf classes themselves; C sees incomplete types, so that a pointer to one
@@ -28,11 +29,14 @@ class DiskSourceTree;
 class Importer;
 } // namespace google::protobuf::compiler
 
+/**@{*/
+/** A class of protobuf under a name that C has, too. */
 typedef google::protobuf::FileDescriptor GpbPbFileDescriptor;
 typedef google::protobuf::Descriptor GpbPbDescriptor;
 typedef google::protobuf::FieldDescriptor GpbPbFieldDescriptor;
 typedef google::protobuf::compiler::DiskSourceTree GpbPbSourceTree;
 typedef google::protobuf::compiler::Importer GpbPbImporter;
+/**@}*/
 
 #else
 

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Document compilers: the layer stack, the leaf value translators and the compiler classes.
  *
  * A compiler walks an instance document depth first and fills a tree of protobuf messages through reflection. The
@@ -30,17 +31,17 @@ struct GpbModulePlan;
 
 /** Result codes of the compilers. */
 #define GPB_COMPILER_OK 0U
-#define GPB_COMPILER_ERR 1U     /**< null document, no reflection, presence container at the top, ancestors */
-#define GPB_COMPILER_NO_ROOT 2U /**< document without root element */
-#define GPB_COMPILER_NO_MESSAGE_TYPE 3U
-#define GPB_COMPILER_NO_PROTOTYPE 4U /**< also: more than GPB_COMPILER_MAX_TYPE_CHAIN message types in each other */
-#define GPB_COMPILER_NO_MESSAGE 5U   /**< message not created */
-#define GPB_COMPILER_NO_FIELD 6U
-#define GPB_COMPILER_NOT_A_MESSAGE 7U /**< a container's field is no message */
-#define GPB_COMPILER_NO_TRANSLATOR 8U
-#define GPB_COMPILER_NO_ENUM_VALUE 9U
-#define GPB_COMPILER_STACK_FULL 10U
-#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U
+#define GPB_COMPILER_ERR 1U             /**< null document, no reflection, presence container at the top, ancestors */
+#define GPB_COMPILER_NO_ROOT 2U         /**< document without root element */
+#define GPB_COMPILER_NO_MESSAGE_TYPE 3U /**< the module has no top message of the root's name */
+#define GPB_COMPILER_NO_PROTOTYPE 4U    /**< also: more than GPB_COMPILER_MAX_TYPE_CHAIN message types in each other */
+#define GPB_COMPILER_NO_MESSAGE 5U      /**< message not created */
+#define GPB_COMPILER_NO_FIELD 6U        /**< a node that the message does not have */
+#define GPB_COMPILER_NOT_A_MESSAGE 7U   /**< a container's field is no message */
+#define GPB_COMPILER_NO_TRANSLATOR 8U   /**< a leaf's field is of a type that no text is converted to */
+#define GPB_COMPILER_NO_ENUM_VALUE 9U   /**< the enumeration does not have the value */
+#define GPB_COMPILER_STACK_FULL 10U     /**< more than GPB_COMPILER_MAX_LAYERS messages in each other */
+#define GPB_COMPILER_ROOT_NAME_TOO_LONG 11U      /**< a root name that leaves no room for its terminator */
 #define GPB_COMPILER_NO_JSON_ITEM 11U            /**< XML to JSON: an item cannot be made, or a root name too long */
 #define GPB_COMPILER_JSON_STACK_FULL 0xFFFFFFFFU /**< JSON to GPB: a container beyond the last layer */
 
@@ -55,8 +56,8 @@ struct GpbCompilerStackLayer
 /** The open messages, outermost first. Popping a layer only lowers `uiLayerNum`; the slot keeps its content. */
 struct GpbCompilerStack
 {
-    GpbCompilerStackLayer astLayer[GPB_COMPILER_STACK_DEPTH];
-    uint32_t uiLayerNum = 0;
+    GpbCompilerStackLayer astLayer[GPB_COMPILER_STACK_DEPTH]; /**< slots, the top message's first */
+    uint32_t uiLayerNum = 0;                                  /**< open layers */
 };
 
 extern "C"
@@ -88,6 +89,7 @@ GPB_API unsigned int GPB_GetDescriptorAncestors(const google::protobuf::FieldDes
 
 /* ---- JSON nodes: a thin layer over cJSON; the module id is accepted and not used ---- */
 
+/**@{*/
 /** Adds a member to an object; the new item, or null without memory or object. */
 GPB_API struct cJSON *GpbLib_Json_ObjectAddTrue(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddFalse(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
@@ -99,7 +101,9 @@ GPB_API struct cJSON *GpbLib_Json_ObjectAddRaw(uint32_t uiModuleId, struct cJSON
                                                const char *pcText);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
 GPB_API struct cJSON *GpbLib_Json_ObjectAddArray(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName);
+/**@}*/
 
+/**@{*/
 /** Makes an item of its own, freed with GpbLib_Json_NodeFree unless it is added to another one; null without
  * memory. */
 GPB_API struct cJSON *GpbLib_Json_AllocObject(uint32_t uiModuleId);
@@ -108,6 +112,7 @@ GPB_API struct cJSON *GpbLib_Json_AllocTrue(uint32_t uiModuleId);
 GPB_API struct cJSON *GpbLib_Json_AllocFalse(uint32_t uiModuleId);
 GPB_API struct cJSON *GpbLib_Json_AllocNumber(uint32_t uiModuleId, double dValue);
 GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *pcText);
+/**@}*/
 
 /**
  * Adds an item to an object or an array, which owns it from then on.
@@ -116,6 +121,7 @@ GPB_API struct cJSON *GpbLib_Json_AllocString(uint32_t uiModuleId, const char *p
  */
 GPB_API uint32_t GpbLib_Json_AddItemToObject(uint32_t uiModuleId, struct cJSON *pstObject, const char *pcName,
                                              struct cJSON *pstItem);
+/** The same for an array. */
 GPB_API uint32_t GpbLib_Json_AddItemToArray(uint32_t uiModuleId, struct cJSON *pstArray, struct cJSON *pstItem);
 
 /** Frees an item with all that is in it. Null does nothing. */
@@ -126,6 +132,7 @@ GPB_API const char *GpbLib_Json_GetObjectName(const struct cJSON *pstItem);
 
 /** Memory from cJSON's allocator, freed with GpbLib_Json_Free. */
 GPB_API void *GpbLib_Json_Malloc(size_t uiSize);
+/** Frees memory of GpbLib_Json_Malloc. Null does nothing. */
 GPB_API void GpbLib_Json_Free(void *pvMem);
 
 /** Prints an item without white space; freed by the caller with ZMP_Free_F. Null for null or without memory. */
@@ -142,6 +149,8 @@ GPB_API char *GpbLib_Json_EncodeUnformatted(uint32_t uiModuleId, struct cJSON *p
 typedef struct cJSON *(*GpbJsonAddFunc)(const google::protobuf::FieldDescriptor *pstField, const char *pcText,
                                         uint32_t uiModuleId);
 
+/**@{*/
+/** An adder; see GpbJsonAddFunc. */
 GPB_API struct cJSON *GpbXmlCompilerJson_AddNumber(const google::protobuf::FieldDescriptor *pstField,
                                                    const char *pcText, uint32_t uiModuleId);
 GPB_API struct cJSON *GpbXmlCompilerJson_AddString(const google::protobuf::FieldDescriptor *pstField,
@@ -152,6 +161,7 @@ GPB_API struct cJSON *GpbXmlCompilerJson_AddBool(const google::protobuf::FieldDe
                                                  uint32_t uiModuleId);
 GPB_API struct cJSON *GpbXmlCompilerJson_AddMessage(const google::protobuf::FieldDescriptor *pstField,
                                                     const char *pcText, uint32_t uiModuleId);
+/**@}*/
 
 /** The member name of an element: its own name, not that of the field. Empty for an element without a name. */
 GPB_API const char *GpbXmlCompilerJson_GetFieldName(const google::protobuf::FieldDescriptor *pstField,
@@ -173,7 +183,8 @@ GPB_API unsigned int GPB_PushAncesDescriptor(const google::protobuf::FieldDescri
 /**
  * Leaf value translators: convert a text and set it (or add it, for a repeated field) in the layer's message.
  *
- * Numbers are read in base 10 without any check: the document was validated against its YANG module. ToBool stores
+ * Numbers are read in base 10 without any check: the document was validated against its YANG module. What is too large
+ * is clamped to 64 bits, for 32-bit fields to the machine's `long`, and then cut to the field. ToBool stores
  * false for exactly "false". ToEnum takes a list of values separated by single blanks.
  *
  * @return 0; 1 when the layer has no message, or the field is not of that message or not of the translator's kind;
@@ -182,6 +193,8 @@ GPB_API unsigned int GPB_PushAncesDescriptor(const google::protobuf::FieldDescri
 using GpbStrTransFunc = unsigned int (*)(const GpbCompilerStackLayer &stLayer,
                                          const google::protobuf::FieldDescriptor *pstField, const char *pcValue);
 
+/**@{*/
+/** A translator; see GpbStrTransFunc. */
 GPB_API unsigned int GpbCompiler_StrTrans_ToDouble(const GpbCompilerStackLayer &stLayer,
                                                    const google::protobuf::FieldDescriptor *pstField,
                                                    const char *pcValue);
@@ -206,6 +219,7 @@ GPB_API unsigned int GpbCompiler_StrTrans_ToString(const GpbCompilerStackLayer &
 GPB_API unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer,
                                                  const google::protobuf::FieldDescriptor *pstField,
                                                  const char *pcValue);
+/**@}*/
 
 /**
  * What every compiler owns, and the operations that the C interface calls. An operation that a compiler does not
@@ -223,10 +237,17 @@ public:
                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     virtual ~GpbXmlCompilerBase();
 
+    /** Encodes an XML document; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int Encode(struct _xmlDoc *pstDoc);
+
+    /** Encodes a JSON document, or the part of it below an item; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int EncodeJson(struct cJSON *pstRoot, struct cJSON *pstItem);
+
+    /** Fills a GpbMdlAttr with the leaves of the message that holds an item; 0 or a GPB_COMPILER_ code. */
     virtual unsigned int GetMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem,
                                     void *pvMdlAttr);
+
+    /** What the last encode gave, and its length in bytes; the compiler's, until it encodes again or is destroyed. */
     virtual const char *GetResult(unsigned int *puiLen);
 
     GpbXmlCompilerBase(const GpbXmlCompilerBase &) = delete;
@@ -239,11 +260,11 @@ public:
     void *GetLibHandle() const { return pvLibHandle; }
 
 protected:
-    void *pvLibHandle;
-    const google::protobuf::FileDescriptor *pstFileDesc;
-    const google::protobuf::compiler::Importer *pstImporter;
+    void *pvLibHandle;                                       /**< library context */
+    const google::protobuf::FileDescriptor *pstFileDesc;     /**< the module's proto file */
+    const google::protobuf::compiler::Importer *pstImporter; /**< importer whose pool holds the file */
     google::protobuf::Message *pstMessage = nullptr; /**< top message of the last successful encode, or null; owned */
-    google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr;
+    google::protobuf::DynamicMessageFactory *pstMsgFactory = nullptr; /**< makes the message types; owned */
     unsigned char ucStopOnError = 0; /**< non-zero: a walk stops at the first container or leaf that fails */
 
     /** What all compilers of the importer share: which field a node name stands for, and how messages are written. */
@@ -260,6 +281,7 @@ protected:
 class GPB_API GpbXmlCompiler : public GpbXmlCompilerBase
 {
 public:
+    /** As GpbXmlCompilerBase. */
     GpbXmlCompiler(const google::protobuf::FileDescriptor *pstFile,
                    const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbXmlCompiler() override;
@@ -277,6 +299,8 @@ public:
     std::string GetEncodeDebugString() const;
 
 protected:
+    /**@{*/
+    /** A step of an encode; 0 or a GPB_COMPILER_ code. */
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
@@ -298,10 +322,11 @@ protected:
                                       const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
                                char *pcValue, char *pcNodeName);
+    /**@}*/
 
-    std::string strGpbBuffer; /**< serialized top message */
-    unsigned int uiMemHandle; /**< module id of the library context */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
+    std::string strGpbBuffer;                             /**< serialized top message */
+    unsigned int uiMemHandle;                             /**< module id of the library context */
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {}; /**< translators by field type, null for none */
 };
 
 /**
@@ -314,6 +339,7 @@ protected:
 class GPB_API GpbJsonCompiler : public GpbXmlCompilerBase
 {
 public:
+    /** As GpbXmlCompilerBase. */
     GpbJsonCompiler(const google::protobuf::FileDescriptor *pstFile,
                     const google::protobuf::compiler::Importer *pstImport, void *pvHandle);
     ~GpbJsonCompiler() override;
@@ -348,6 +374,8 @@ public:
     std::string GetEncodeDebugString() const;
 
 protected:
+    /**@{*/
+    /** A step of an encode. */
     unsigned int EncodeItem(struct cJSON *pstRoot, struct cJSON *pstItem);
     unsigned int FillMdlAttr(const void *pvHandle, struct cJSON *pstRoot, struct cJSON *pstItem, void *pvMdlAttr);
     unsigned int GPB_CompilerStackPrepare(struct cJSON *pstRoot, struct cJSON *pstItem, GpbCompilerStack &stStack);
@@ -363,7 +391,9 @@ protected:
                                       const google::protobuf::FieldDescriptor *pstField);
     void GenerateXPath(GpbCompilerStackLayer &stLayer, const GpbCompilerStackLayer *pstUpper,
                        const google::protobuf::FieldDescriptor *pstField);
+    /**@}*/
 
+    /**@{*/
     /** The walk; `pstParent` holds the items and lends its key to those that have none, the members of an array. */
     unsigned int IterJson(struct cJSON *pstFirst, struct cJSON *pstParent, GpbCompilerStack &stStack);
     unsigned int ProcJsonContainerNode(struct cJSON *pstItem, struct cJSON *pstParent, GpbCompilerStack &stStack);
@@ -374,11 +404,15 @@ protected:
                                        const google::protobuf::FieldDescriptor *pstField);
     unsigned int FillLeafField(const GpbCompilerStackLayer &stLayer, const google::protobuf::FieldDescriptor *pstField,
                                struct cJSON *pstItem);
+    /**@}*/
 
+    /**@{*/
+    /** A step of filling model attributes. */
     static unsigned int GPB_FillLeafMdlAttr(const void *pvHandle, const google::protobuf::Descriptor *pstDescriptor,
                                             GpbMdlAttr &stMdlAttr);
     static unsigned int GPB_ConvertDataType(unsigned int uiFieldType, uint32_t &uiDataType);
     static void GPB_ConvertGpbNameToJson(const google::protobuf::FieldDescriptor *pstField, char *pcName);
+    /**@}*/
 
     /** The array whose member an item is; null for an item with a key, and for one that is not in the tree. */
     static struct cJSON *FindArrayOf(struct cJSON *pstRoot, struct cJSON *pstItem);
@@ -389,7 +423,7 @@ protected:
     std::string strGpbBuffer; /**< serialized message of the last encode's item */
     google::protobuf::Message *pstLayerMessage =
         nullptr; /**< message of the last encode's item, a part of its top message */
-    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {};
+    GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {}; /**< translators by field type, null for none */
 
     /** The last encode's top message, once model attributes have put another one in its place. */
     std::unique_ptr<google::protobuf::Message> pstEncodedMessage;
@@ -399,7 +433,14 @@ protected:
 class GPB_API GpbXmlCompilerJson : public GpbXmlCompilerBase
 {
 public:
-    /** @param ucFlag  1: 64-bit integers become JSON numbers, else JSON strings */
+    /**
+     * As GpbXmlCompilerBase.
+     *
+     * @param pstFile    the module's proto file
+     * @param pstImport  importer whose pool holds the file; outlives the compiler
+     * @param pvHandle   library context; outlives the compiler
+     * @param ucFlag     1: 64-bit integers become JSON numbers, else JSON strings
+     */
     GpbXmlCompilerJson(const google::protobuf::FileDescriptor *pstFile,
                        const google::protobuf::compiler::Importer *pstImport, void *pvHandle, unsigned char ucFlag);
     ~GpbXmlCompilerJson() override;
@@ -418,6 +459,8 @@ public:
     void ClearResult();
 
 protected:
+    /**@{*/
+    /** A step of an encode. */
     void InitTransTbl(unsigned char ucFlag);
     unsigned int EncodeRoot(struct _xmlNode *pstRoot);
     unsigned int IterXmlDoc(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
@@ -442,6 +485,7 @@ protected:
     unsigned int CreateJsField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                struct cJSON *pstParent, const char *pcText, GpbJsonAddFunc pfnAdd);
     static bool XmlNodeIsBitsType(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode);
+    /**@}*/
 
     char *pcResult = nullptr;            /**< printed text, or null; allocated under the module id */
     struct cJSON *pstJsonRoot = nullptr; /**< tree of the last encode, or null */
@@ -449,9 +493,9 @@ protected:
 
     /** The array of each repeated field; one per field and document, whatever its parent. */
     std::map<const google::protobuf::FieldDescriptor *, struct cJSON *> mapListNode;
-    unsigned int uiMemHandle; /**< module id of the library context */
-    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {};
-    unsigned int uiDepth = 0; /**< containers that are open in the walk */
+    unsigned int uiMemHandle;                          /**< module id of the library context */
+    GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {}; /**< adders by field type, null for none */
+    unsigned int uiDepth = 0;                          /**< containers that are open in the walk */
 };
 
 #endif

@@ -1,4 +1,5 @@
 /**
+ * @file
  * C interface of the document compilers.
  *
  * A host creates a compiler for a YANG module by name, runs it once, copies the result and destroys the compiler:
@@ -10,7 +11,7 @@
  *     GpbXmlCompiler_Destory(compiler);
  *
  * Results belong to the compiler and stay valid until it is destroyed. A compiler is used by one thread at a time;
- * the compilers of one context may be used by different threads once their modules are loaded and compilers created.
+ * compilers of one context may be made, used and destroyed by different threads while their modules stay loaded.
  * The compiler pointer is not checked for null, except by GpbXmlCompiler_Destory.
  */
 #ifndef GPB_TEMPLATELIB_GPB_COMPILER_C_H

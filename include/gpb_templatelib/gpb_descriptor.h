@@ -1,4 +1,5 @@
 /**
+ * @file
  * Descriptor and name services: protobuf descriptors by YANG node name, and YANG names and values in protobuf form.
  *
  * The `.proto` files are generated from YANG modules (RFC 7950) by fixed rules: a top-level container becomes a
@@ -21,8 +22,8 @@
 /** One value of an enumeration, as Gpb_ModuleAdapt_GetEnumList returns it. */
 struct GpbYangEnumItem
 {
-    int32_t iValue;
-    char acName[GPB_ENUM_NAME_SIZE];
+    int32_t iValue;                  /**< protobuf value number */
+    char acName[GPB_ENUM_NAME_SIZE]; /**< protobuf value name */
 };
 
 extern "C"

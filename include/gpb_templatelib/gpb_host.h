@@ -1,4 +1,5 @@
 /**
+ * @file
  * Reference platform for Linux (`gpb::host`): settings, books and provoked failures.
  *
  * The platform provides every service that the library imports (gpb_templatelib/platform/). It keeps a ledger of all
@@ -61,28 +62,30 @@ typedef enum GpbHostEventKind
     GPB_HOST_EVENT_VEC_FREE  /**< a vector was freed */
 } GpbHostEventKind;
 
+/** One event; which fields are filled depends on its kind. */
 typedef struct GpbHostEvent
 {
-    GpbHostEventKind eKind;
-    uint32_t uiModuleId; /**< of allocations and vectors */
-    uint8_t ucPartition; /**< of allocations */
-    const void *pvMem;   /**< the allocation or the vector */
-    size_t uiSize;       /**< bytes of an allocation, first slots of a vector */
-    const char *pcFile;  /**< of the call */
-    uint32_t uiLine;     /**< of the call */
+    GpbHostEventKind eKind; /**< what happened */
+    uint32_t uiModuleId;    /**< of allocations and vectors */
+    uint8_t ucPartition;    /**< of allocations */
+    const void *pvMem;      /**< the allocation or the vector */
+    size_t uiSize;          /**< bytes of an allocation, first slots of a vector */
+    const char *pcFile;     /**< of the call */
+    uint32_t uiLine;        /**< of the call */
 } GpbHostEvent;
 
+/** Called with each event, in the thread that caused it. */
 typedef void (*GpbHostObserver)(void *pvArg, const GpbHostEvent *pstEvent);
 
 /** One live allocation. */
 typedef struct GpbHostAllocation
 {
-    const void *pvMem;
-    size_t uiSize;
-    uint32_t uiModuleId;
-    uint8_t ucPartition;
-    const char *pcFile;
-    uint32_t uiLine;
+    const void *pvMem;   /**< the memory */
+    size_t uiSize;       /**< bytes that were asked for */
+    uint32_t uiModuleId; /**< of the call */
+    uint8_t ucPartition; /**< of the call */
+    const char *pcFile;  /**< tag of the call */
+    uint32_t uiLine;     /**< line of the call */
 } GpbHostAllocation;
 
 /**
@@ -91,8 +94,10 @@ typedef struct GpbHostAllocation
  */
 GPB_HOST_API void GpbHost_SetWorkPath(const char *pcPath);
 
-/** Allocations of ZMP_Malloc_F (vectors and stacks included) that are still held, and their bytes. */
+/** Allocations of ZMP_Malloc_F (vectors and stacks included) that are still held. */
 GPB_HOST_API size_t GpbHost_LiveCount(void);
+
+/** Bytes that were asked for in the allocations that are still held. */
 GPB_HOST_API size_t GpbHost_LiveBytes(void);
 
 /** Copies up to `uiMax` live allocations, oldest first, into `pstOut`; returns how many there are. */

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Library core: the context, diagnostics, search paths and the registry of proto files.
  *
  * Every service of the library runs against one context, which the host creates with GPBLIB_Initial and destroys
@@ -48,16 +49,16 @@ typedef uint32_t (*GpbLibPrintFunc)(uint32_t ulPrintHandle, uint32_t ulPrintArg,
 /** One print slot; a null callback closes its level. */
 typedef struct GpbLibPrintEntry
 {
-    uint32_t ulPrintArg;
-    GpbLibPrintFunc pfnPrint;
+    uint32_t ulPrintArg;      /**< handed to the callback */
+    GpbLibPrintFunc pfnPrint; /**< null: nobody listens at this level */
 } GpbLibPrintEntry;
 
 /** What the host hands to GPBLIB_Initial; read during that call only. */
 typedef struct GpbLibInitParam
 {
-    uint32_t uiModuleId;
-    uint32_t ulPrintHandle;
-    GpbLibPrintEntry astPrint[GPB_LOG_LEVELS];
+    uint32_t uiModuleId;                       /**< module id under which the library allocates */
+    uint32_t ulPrintHandle;                    /**< handed to every print callback */
+    GpbLibPrintEntry astPrint[GPB_LOG_LEVELS]; /**< print slots, by level */
 } GpbLibInitParam;
 
 /** Record exchanged with the mapping callbacks; see gpb_template.h. */
@@ -78,10 +79,10 @@ typedef uint32_t (*GpbFieldNameMapFunc)(uint32_t ulMapArg, const char *pcLeafNam
 /** One package install path; a list node (see platform/dll.h) with its text in the same allocation. */
 typedef struct GpbPkgPathNode
 {
-    DllNode *pstNext;
-    DllNode *pstPrev;
-    uintptr_t ulHandle;
-    char *pcPath;
+    DllNode *pstNext;   /**< next path, the list's head after the last */
+    DllNode *pstPrev;   /**< previous path, the list's head before the first */
+    uintptr_t ulHandle; /**< left to the platform */
+    char *pcPath;       /**< the path as it was added; behind the node in its allocation */
 } GpbPkgPathNode;
 
 /** One `.proto` file that was loaded, or that failed to load. */
@@ -92,24 +93,24 @@ typedef struct GpbProtoFileInfo
     uint8_t ucLoadState;                    /**< GPB_PROTO_LOADED or GPB_PROTO_LOAD_FAILED */
 } GpbProtoFileInfo;
 
-#define GPB_PROTO_LOADED 0U
-#define GPB_PROTO_LOAD_FAILED 1U
+#define GPB_PROTO_LOADED 0U      /**< the file is in the importer's pool */
+#define GPB_PROTO_LOAD_FAILED 1U /**< the import failed; it is not tried again */
 
 /** The library context. Hosts pass it around; its fields are the library's. */
 typedef struct GpbLibContext
 {
-    uint32_t uiModuleId;
-    GpbPbSourceTree *pstSourceTree; /**< null until the first load */
-    GpbPbImporter *pstImporter;     /**< null until the first load */
-    VecVector *pstTemplateVec;      /**< of GpbTemplateInfo */
-    VecVector *pstProtoFileVec;     /**< of GpbProtoFileInfo */
-    GpbClassMapFunc pfnClassMap;
-    GpbFieldNameMapFunc pfnFieldNameMap;
-    uint32_t ulMapArg;
-    GpbLibPrintEntry astPrint[GPB_LOG_LEVELS];
-    uint32_t ulPrintHandle;
-    char *pcPatchDir;      /**< buffer of GPB_PATH_SIZE bytes; empty: no patch directory */
-    DllHead stPkgPathList; /**< of GpbPkgPathNode */
+    uint32_t uiModuleId;                       /**< module id under which the library allocates */
+    GpbPbSourceTree *pstSourceTree;            /**< null until the first load */
+    GpbPbImporter *pstImporter;                /**< null until the first load */
+    VecVector *pstTemplateVec;                 /**< of GpbTemplateInfo */
+    VecVector *pstProtoFileVec;                /**< of GpbProtoFileInfo */
+    GpbClassMapFunc pfnClassMap;               /**< null until it is registered */
+    GpbFieldNameMapFunc pfnFieldNameMap;       /**< null until it is registered */
+    uint32_t ulMapArg;                         /**< handed to both mapping callbacks */
+    GpbLibPrintEntry astPrint[GPB_LOG_LEVELS]; /**< print slots, by level */
+    uint32_t ulPrintHandle;                    /**< handed to every print callback */
+    char *pcPatchDir;                          /**< buffer of GPB_PATH_SIZE bytes; empty: no patch directory */
+    DllHead stPkgPathList;                     /**< of GpbPkgPathNode */
 } GpbLibContext;
 
 /* ---- context and diagnostics ---- */

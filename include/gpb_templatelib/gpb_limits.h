@@ -1,4 +1,5 @@
 /**
+ * @file
  * Every fixed buffer and limit of the library. Sizes of text buffers include the terminator.
  */
 #ifndef GPB_TEMPLATELIB_GPB_LIMITS_H

@@ -1,4 +1,5 @@
 /**
+ * @file
  * Object tree: the in-memory form of a GPB template.
  *
  * A tree is made of nodes of one record type, ObjNode; its handle, ObjTree, is its RootDoc node. Every node and every
@@ -37,6 +38,7 @@ extern "C"
 #define GPB_OBJNODE_CONTAIN 3U /**< container: a length-delimited header followed by its children */
 #define GPB_OBJNODE_ROOTDOC 4U /**< root of a tree, exactly one per tree */
 
+/** A node of a tree. */
 typedef struct ObjNode
 {
     CmfTreeNode stTree; /**< links of the tree service */
@@ -54,6 +56,7 @@ typedef struct ObjNode
     struct ObjNode *pFieldAttr; /**< field-attribute container that describes this node, owned by the tree, or null */
 } ObjNode;
 
+/** Handle of a tree: its RootDoc node. */
 typedef ObjNode *ObjTree;
 
 /** Field numbers of the descriptions in a template. */
@@ -74,8 +77,8 @@ typedef ObjNode *ObjTree;
 #define GPB_RDMI_FLAG_KEY 4U      /**< set by the caller: a key leaf */
 
 /** Writing modes; any value but GPB_OBJTREE_MODE_TEMPLATE is plain. */
-#define GPB_OBJTREE_MODE_PLAIN 0U
-#define GPB_OBJTREE_MODE_TEMPLATE 1U
+#define GPB_OBJTREE_MODE_PLAIN 0U    /**< a plain protobuf message: nodes with encode flag 0 are passed over */
+#define GPB_OBJTREE_MODE_TEMPLATE 1U /**< every node, containers in wire type 6 */
 
 /** What a node attribute says; read during the call only. */
 typedef struct RdmiNodeAttr

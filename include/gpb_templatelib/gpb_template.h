@@ -1,4 +1,5 @@
 /**
+ * @file
  * GPB templates: which protobuf field carries which field of a management class.
  *
  * A host numbers its management classes and their fields; a `.proto` file numbers messages and fields of its own. A
@@ -42,17 +43,17 @@ extern "C"
 /** One stored template; owned by the context, as is its tree, which is null when its root could not be made. */
 typedef struct GpbTemplateInfo
 {
-    uint32_t uiClassId;
-    ObjTree pstObjTree;
+    uint32_t uiClassId; /**< class as the host's data model numbers it */
+    ObjTree pstObjTree; /**< the template; null when its root could not be made */
 } GpbTemplateInfo;
 
 /** The record exchanged with the mapping callbacks; zeroed before the library fills and passes it. */
 struct GpbCidFid
 {
-    uint32_t uiClassId;
-    uint8_t ucFieldId;
-    uint8_t ucEqual; /**< set by the callback: 1 the mapping is an equality, 0 a choice among several */
-    uint8_t aucReserved[2];
+    uint32_t uiClassId;     /**< class as the host's data model numbers it */
+    uint8_t ucFieldId;      /**< field in that class */
+    uint8_t ucEqual;        /**< set by the callback: 1 the mapping is an equality, 0 a choice among several */
+    uint8_t aucReserved[2]; /**< zero */
 };
 
 /** A node of the host's YANG tree; read only. */
@@ -81,11 +82,11 @@ typedef struct GpbYangLeaf
 typedef struct GpbLeafFill
 {
     const GpbPbDescriptor *pstMessage; /**< message of the node */
-    uint32_t uiUnused1;
-    ObjTree pstTree;
-    ObjNode *pstObjNode; /**< object node of the node, parent of its leaves' nodes */
-    uint32_t uiUnused2;
-    uint32_t uiAllLeaves; /**< 1 for the target node, 0 for its ancestors, which give their keys only */
+    uint32_t uiUnused1;                /**< not read */
+    ObjTree pstTree;                   /**< the template */
+    ObjNode *pstObjNode;               /**< object node of the node, parent of its leaves' nodes */
+    uint32_t uiUnused2;                /**< not read */
+    uint32_t uiAllLeaves;              /**< 1 for the target node, 0 for its ancestors, which give their keys only */
 } GpbLeafFill;
 
 /* ---- templates of a context ---- */

@@ -244,7 +244,7 @@ TEST_F(JsonAttrTest, AllocatesUnderTheHandleOfTheArgument)
 TEST_F(JsonAttrTest, FreesAllNamesWhenOneCannotBeAllocated)
 {
     const JsonTree tree(R"({"top":{"all":{}}})");
-    for (uint64_t entry = 1; entry <= 17; ++entry)
+    for (size_t entry = 1; entry <= 17; ++entry)
     {
         SCOPED_TRACE(entry);
         AttrRecord record;
@@ -268,7 +268,7 @@ TEST_F(JsonAttrTest, FreesAllNamesWhenOneCannotBeCopied)
     AttrRecord second;
     ASSERT_EQ(0u, ask(tree, "all", second));
     const uint64_t ahead = GpbHost_CallCount(GPB_HOST_STRCPY) - copiesBefore - 17;
-    for (uint64_t entry = 1; entry <= 17; ++entry)
+    for (size_t entry = 1; entry <= 17; ++entry)
     {
         SCOPED_TRACE(entry);
         AttrRecord record;

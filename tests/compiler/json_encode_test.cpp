@@ -67,7 +67,8 @@ TEST_F(JsonEncodeTest, ReadsAnIntegerFromItsPrintedNumber)
 {
     // The text has an exponent, and the translator stops there.
     encodes(R"("big":123456789012345678)", "big:1");
-    encodes(R"("level":3000000000)", "level:-1294967296");
+    // A number beyond the field is clamped to the machine's long and then cut.
+    encodes(R"("level":3000000000)", sizeof(long) == 4 ? "level:2147483647" : "level:-1294967296");
     encodes(R"("level":2.9)", "level:2");
     encodes(R"("count":-1)", "count:4294967295");
 }

@@ -388,8 +388,8 @@ TEST_F(ThrowingNewTest, JsonRefusalsAreLogged)
     EXPECT_GT(refused, 20u);
 }
 
-// A failed allocation ends the walk of an XML to JSON compiler, or costs the result. It has no factory to lose, so the
-// next encode is whole whatever failed.
+// A failed allocation ends the walk of an XML to JSON compiler, or costs the result, which is memory of the platform.
+// It has no factory to lose, so the next encode is whole whatever failed.
 TEST_F(ThrowingNewTest, XmlToJsonIsRefusedOrLosesItsResult)
 {
     const std::vector<std::string> kRefused = {"0: [GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return 11.",
@@ -400,24 +400,24 @@ TEST_F(ThrowingNewTest, XmlToJsonIsRefusedOrLosesItsResult)
     const gpbtest::XmlDocument document(kDocument);
     uint64_t refused = 0;
     uint64_t withoutResult = 0;
-    uint64_t count = 0;
-    uint64_t failing = 0;
-    do
+    const auto encode = [&](uint64_t failing, uint64_t failingCall)
     {
-        ++failing;
-        SCOPED_TRACE("allocation " + std::to_string(failing));
+        SCOPED_TRACE("allocation " + std::to_string(failing) + ", of the platform " + std::to_string(failingCall));
         recreateContext();
         GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, "choice", 0);
-        ASSERT_NE(nullptr, compiler);
+        EXPECT_NE(nullptr, compiler);
         unsigned int length = 7;
         unsigned int error = 8;
         const char *text = nullptr;
+        uint64_t count = 0;
         g_lineNum = 0;
+        GpbHost_FailCall(GPB_HOST_MALLOC, failingCall);
         {
             const Arm arm(failing);
             text = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
             count = g_count;
         }
+        GpbHost_FailCall(GPB_HOST_MALLOC, 0);
         bool hasDump = false;
         const std::vector<std::string> lines = takeLines(hasDump);
         if (error != 0)
@@ -438,9 +438,20 @@ TEST_F(ThrowingNewTest, XmlToJsonIsRefusedOrLosesItsResult)
         EXPECT_EQ(0u, error);
         EXPECT_EQ(kJson, text == nullptr ? "" : std::string(text, length));
         GpbXmlCompiler_Destory(compiler);
-    } while (count >= failing);
+        return count;
+    };
+    uint64_t failing = 0;
+    do
+    {
+        ++failing;
+    } while (encode(failing, 0) >= failing);
     EXPECT_GT(refused, 10u);
-    EXPECT_GT(withoutResult, 0u);
+
+    refused = 0;
+    withoutResult = 0;
+    encode(0, 1);
+    EXPECT_EQ(0u, refused);
+    EXPECT_EQ(1u, withoutResult);
 }
 
 // A switch of a choice looks at the layers and not into the old case, however much there is in it.

@@ -1,7 +1,9 @@
 /** The diagnostic channel: slots, cutting, and what a failing formatter leaves. */
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
+#include "core/gpb_log.h"
 #include "support/library_fixture.h"
 
 namespace
@@ -77,6 +79,40 @@ TEST_F(DebugPrint, FormatsNothingForAClosedLevel)
     GPBLIB_DebugPrint(context(), GPB_LOG_DUMP, "f", 1, "%s", "heard");
     EXPECT_EQ(before + 1, GpbHost_TotalCallCount());
     EXPECT_LOG(log(), "3: heard");
+}
+
+// The macro is the library's own; what it evaluates shows in what a level costs only.
+TEST_F(DebugPrint, EachLevelWithEachSetOfSlotsComputesAndSaysWhatSomebodyHears)
+{
+    size_t cases = 0;
+    uint32_t computed = 0;
+    const auto compute = [&computed] { return ++computed; };
+    for (uint32_t open = 0; open < (1U << GPB_LOG_LEVELS); ++open)
+    {
+        GpbLibContext local = {};
+        for (uint32_t level = 0; level < GPB_LOG_LEVELS; ++level)
+        {
+            local.astPrint[level] = {level, (open >> level & 1) != 0 ? keepCall : nullptr};
+        }
+        for (uint32_t level = 0; level < GPB_LOG_LEVELS; ++level)
+        {
+            const uint32_t heard = open >> level & 1;
+            g_call = {};
+            GPBLIB_DebugPrint(&local, level, "f", 1, "%s", "text");
+            EXPECT_EQ(heard, g_call.count) << open << " " << level;
+            computed = 0;
+            GPB_LOG(&local, level, 1, "%u", compute());
+            EXPECT_EQ(heard, computed) << open << " " << level;
+            EXPECT_EQ(2 * heard, g_call.count) << open << " " << level;
+            EXPECT_EQ(heard != 0 ? "1" : "", g_call.text);
+            EXPECT_EQ(heard != 0 ? level : 0, g_call.arg);
+            cases += 2;
+        }
+    }
+    computed = 0;
+    GPB_LOG(nullptr, GPB_LOG_ERROR, 1, "%u", compute());
+    EXPECT_EQ(0u, computed);
+    std::printf("print levels: %zu cases\n", cases);
 }
 
 TEST_F(DebugPrint, AllocatesNothing)

@@ -7,7 +7,7 @@
 namespace gpbtest
 {
 
-const char *const kFaultModule = "life";
+const char *const kFaultModule = "life-of-a-host"; // its file name does not fit into a string itself
 const char *const kFaultProto = R"(
 syntax = "proto3";
 package life;
@@ -63,18 +63,40 @@ const char *const kIdentityXml = "<telemetry-system><subscriptions><persistent><
 namespace
 {
 
-FaultResult resultOf(const char *bytes, unsigned int length)
+constexpr uint64_t kDigestPrime = 0x100000001B3;
+
+FaultResult resultOf(const char *bytes, unsigned int length, unsigned int code)
 {
     FaultResult result;
     result.isDone = bytes != nullptr;
+    result.code = code;
     if (bytes != nullptr)
     {
-        result.bytes.assign(bytes, length);
+        result.add(bytes, length);
     }
     return result;
 }
 
 } // namespace
+
+void FaultResult::add(const void *bytes, size_t size)
+{
+    const auto *const first = static_cast<const unsigned char *>(bytes);
+    for (const unsigned char *byte = first; byte != first + size; ++byte)
+    {
+        digest = (digest ^ *byte) * kDigestPrime + 1;
+    }
+    length += size;
+}
+
+std::string faultXmlWithoutTexts()
+{
+    std::string text = kFaultXml;
+    const size_t begin = text.find("<words>");
+    const std::string end = "</words>";
+    text.erase(begin, text.rfind(end) + end.size() - begin);
+    return text;
+}
 
 FaultResult encodeXml(GpbXmlCompilerBase *compiler, _xmlDoc *document)
 {
@@ -85,7 +107,7 @@ FaultResult encodeXml(GpbXmlCompilerBase *compiler, _xmlDoc *document)
     unsigned int length = 0;
     unsigned int code = 0;
     const char *const bytes = GpbXmlCompiler_Encode(compiler, document, &length, &code);
-    const FaultResult result = resultOf(bytes, length);
+    const FaultResult result = resultOf(bytes, length, code);
     GpbXmlCompiler_Destory(compiler);
     return result;
 }
@@ -98,7 +120,7 @@ FaultResult encodeJson(GpbXmlCompilerBase *compiler, cJSON *root, cJSON *item)
     }
     unsigned int length = 0;
     const char *const bytes = GpbXmlCompiler_EncodeJson(compiler, root, item, &length);
-    const FaultResult result = resultOf(bytes, length);
+    const FaultResult result = resultOf(bytes, length, 0);
     GpbXmlCompiler_Destory(compiler);
     return result;
 }
@@ -114,10 +136,12 @@ FaultResult listAttributes(GpbLibContext *context, GpbXmlCompilerBase *compiler,
     uint32_t types[kRoom] = {};
     GpbMdlAttr attributes = {names, types, 0, 0};
     FaultResult result;
-    result.isDone = GpbXmlCompiler_GetMdlAttr(context, compiler, root, item, &attributes) == 0;
+    result.code = GpbXmlCompiler_GetMdlAttr(context, compiler, root, item, &attributes);
+    result.isDone = result.code == 0;
     for (uint8_t i = 0; i < attributes.ucCount; ++i)
     {
-        result.bytes += names[i] + ("=" + std::to_string(types[i])) + " ";
+        result.add(names[i]);
+        result.add(&types[i], sizeof(types[i]));
         ZMP_Free_F(names[i], "faults", 1);
     }
     GpbXmlCompiler_Destory(compiler);
@@ -185,18 +209,23 @@ FaultResult generateTemplate(GpbLibContext *context, const FaultRecords &records
 {
     FaultResult result;
     uint32_t classId = 0;
-    if (GPBLIB_GetClassIdFromYangNode(context, records.target(), &classId) != 0 ||
-        GPBLIB_UpdateProtoFileClassInfo(context, kFaultModule, 0, "/top/list", records.target()) != 0)
+    result.code = GPBLIB_GetClassIdFromYangNode(context, records.target(), &classId);
+    if (result.code == 0)
+    {
+        result.code = GPBLIB_UpdateProtoFileClassInfo(context, kFaultModule, 0, "/top/list", records.target());
+    }
+    if (result.code != 0)
     {
         return result;
     }
     uint8_t *bytes = nullptr;
     uint16_t length = 0;
-    if (GPBLIB_DumpProtoFileData(context, "/top/list", classId, &bytes, &length) == 0)
+    result.code = GPBLIB_DumpProtoFileData(context, "/top/list", classId, &bytes, &length);
+    if (result.code == 0)
     {
         ObjTree tree = GPBLIB_ObjTree_Read(bytes, length, nullptr, 1, context);
         result.isDone = tree != nullptr;
-        result.bytes.assign(reinterpret_cast<const char *>(bytes), length);
+        result.add(bytes, length);
         GPBLIB_ObjTree_Delete(&tree);
         ZMP_Free_F(bytes, "faults", 1);
     }

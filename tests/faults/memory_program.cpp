@@ -5,15 +5,18 @@
  * Modules are loaded before: the parser of proto files allocates in destructors, where no one can catch a failure.
  * Nobody listens to the context and nothing observes the platform: the recorders of the tests allocate themselves.
  */
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
 
+#include <google/protobuf/descriptor.h>
 #include <gtest/gtest.h>
 #include <libxml/xmlerror.h>
 
 #include "faults/fault_life.h"
 #include "faults/process_memory.h"
+#include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_host.h"
 #include "platform/zmp.h"
 #include "support/temp_directory.h"
@@ -23,16 +26,26 @@ namespace
 {
 
 using gpbtest::FailingMemory;
+using gpbtest::FaultResult;
 
 /** libxml2 tells standard error of each failed allocation. */
 void ignoreXmlError(void *, const char *, ...) {}
 
-/** What a life gave back, without memory of its own: the fault must not meet the test. */
-struct Outcome
+uint64_t g_scenarios = 0;
+uint64_t g_runs = 0;
+
+/** Prints how much was failed when the program ends. */
+class Summary : public ::testing::Environment
 {
-    bool isDone = false;
-    unsigned int length = 0;
+public:
+    void TearDown() override
+    {
+        std::printf("failing memory: %llu scenarios, %llu runs with a failing allocation\n",
+                    static_cast<unsigned long long>(g_scenarios), static_cast<unsigned long long>(g_runs));
+    }
 };
+
+const ::testing::Environment *const kSummary = ::testing::AddGlobalTestEnvironment(new Summary);
 
 class MemoryFaults : public ::testing::Test
 {
@@ -65,9 +78,9 @@ protected:
      * Fails each allocation in turn. Nothing may be held and nothing thrown, and afterwards the same context must give
      * the good result again.
      */
-    void failEach(const std::function<Outcome()> &life)
+    void failEach(const std::function<FaultResult()> &life)
     {
-        const Outcome good = life();
+        const FaultResult good = life();
         EXPECT_TRUE(good.isDone);
         const size_t held = GpbHost_LiveCount();
         uint64_t count = 0;
@@ -77,7 +90,7 @@ protected:
         {
             ++failing;
             SCOPED_TRACE("allocation " + std::to_string(failing));
-            Outcome outcome;
+            FaultResult outcome;
             {
                 const FailingMemory memory(failing);
                 outcome = life();
@@ -85,11 +98,12 @@ protected:
             }
             refused += outcome.isDone ? 0 : 1;
             EXPECT_EQ(held, GpbHost_LiveCount()) << "memory is held";
-            const Outcome after = life();
-            EXPECT_TRUE(after.isDone && after.length == good.length) << "the context is not what it was";
+            EXPECT_TRUE(life() == good) << "the context is not what it was";
         } while (count >= failing);
         EXPECT_GT(refused, 0u);
         RecordProperty("allocations", static_cast<int>(failing - 1));
+        ++g_scenarios;
+        g_runs += failing - 1;
     }
 
     cJSON *root() const { return m_json->child; }
@@ -105,32 +119,12 @@ protected:
     size_t m_held = 0;
 };
 
-/** A compiler's life; a template, since a std::function would allocate itself. */
-template <typename Run>
-Outcome encode(GpbXmlCompilerBase *compiler, const Run &run)
-{
-    Outcome outcome;
-    if (compiler != nullptr)
-    {
-        outcome.isDone = run(&outcome.length) != nullptr;
-        GpbXmlCompiler_Destory(compiler);
-    }
-    return outcome;
-}
-
 TEST_F(MemoryFaults, XmlToGpb)
 {
     const gpbtest::XmlDocument document(gpbtest::kFaultXml);
     failEach(
-        [&]
-        {
-            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule);
-            return encode(compiler,
-                          [compiler, &document](unsigned int *length)
-                          {
-                              unsigned int code = 0;
-                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
-                          });
+        [&] {
+            return gpbtest::encodeXml(GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule), document.get());
         });
 }
 
@@ -138,15 +132,9 @@ TEST_F(MemoryFaults, XmlToJson)
 {
     const gpbtest::XmlDocument document(gpbtest::kFaultXml);
     failEach(
-        [&]
-        {
-            GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule, 0);
-            return encode(compiler,
-                          [compiler, &document](unsigned int *length)
-                          {
-                              unsigned int code = 0;
-                              return GpbXmlCompiler_Encode(compiler, document.get(), length, &code);
-                          });
+        [&] {
+            return gpbtest::encodeXml(GpbXmlCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule, 0),
+                                      document.get());
         });
 }
 
@@ -156,12 +144,9 @@ TEST_F(MemoryFaults, JsonToGpb)
     {
         ASSERT_NE(nullptr, item);
         failEach(
-            [&]
-            {
-                GpbXmlCompilerBase *const compiler =
-                    GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
-                return encode(compiler, [this, compiler, item](unsigned int *length)
-                              { return GpbXmlCompiler_EncodeJson(compiler, root(), item, length); });
+            [&] {
+                return gpbtest::encodeJson(GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule), root(),
+                                           item);
             });
     }
 }
@@ -194,51 +179,83 @@ TEST_F(MemoryFaults, JsonToGpbTwiceWithOneCompiler)
         GpbXmlCompiler_Destory(compiler);
     }
     EXPECT_GT(refused, 0u);
+    ++g_scenarios;
+    g_runs += count;
 }
 
 TEST_F(MemoryFaults, ModelAttributes)
 {
+    cJSON *const item = gpbtest::findItem(root(), "box");
     failEach(
         [&]
         {
-            Outcome outcome;
-            GpbXmlCompilerBase *const compiler = GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule);
-            if (compiler == nullptr)
-            {
-                return outcome;
-            }
-            char *names[16] = {};
-            uint32_t types[16] = {};
-            GpbMdlAttr attributes = {names, types, 0, 0};
-            cJSON *const item = gpbtest::findItem(root(), "box");
-            outcome.isDone = GpbXmlCompiler_GetMdlAttr(m_context, compiler, root(), item, &attributes) == 0;
-            outcome.length = attributes.ucCount;
-            for (uint8_t i = 0; i < attributes.ucCount; ++i)
-            {
-                ZMP_Free_F(names[i], "faults", 1);
-            }
-            GpbXmlCompiler_Destory(compiler);
-            return outcome;
+            return gpbtest::listAttributes(
+                m_context, GpbJsonCompiler_CreateJsonCompiler(m_context, gpbtest::kFaultModule), root(), item);
         });
 }
 
 TEST_F(MemoryFaults, Template)
 {
     const gpbtest::FaultRecords records;
+    failEach([&] { return gpbtest::generateTemplate(m_context, records); });
+}
+
+// Short names need no memory of their own.
+constexpr const char *kLongModule = "a-module-with-a-long-name";
+constexpr const char *kLongProto = R"(
+syntax = "proto3";
+message AContainerWithALongName {
+  enum AnEnumWithALongName { AnEnumWithALongName_FIRST_OF_ALL = 0; }
+  AnEnumWithALongName a_leaf_with_a_long_name = 1;
+  string a_suffixed_leaf_with_a_long_name1 = 2;
+  oneof choice { ACaseWithALongName a_case_with_a_long_name = 3; }
+  message ACaseWithALongName { string a_case_leaf_with_a_long_name = 1; }
+}
+)";
+
+TEST_F(MemoryFaults, DescriptorHelpers)
+{
+    m_work.writeFile(std::string("reslink/protobuf/") + kLongModule + ".proto", kLongProto);
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, kLongModule, 0));
     failEach(
         [&]
         {
-            Outcome outcome;
-            uint8_t *bytes = nullptr;
-            uint16_t length = 0;
-            outcome.isDone =
-                GPBLIB_UpdateProtoFileClassInfo(m_context, gpbtest::kFaultModule, 0, "/top/list", records.target()) ==
-                    0 &&
-                GPBLIB_DumpProtoFileData(m_context, "/top/list", records.target()->uiClassId, &bytes, &length) == 0;
-            outcome.length = length;
-            ZMP_Free_F(bytes, "faults", 1);
-            gpbtest::forgetTemplates(m_context);
-            return outcome;
+            const char *const path = "a-container-with-a-long-name";
+            const char *const leaf = "a-leaf-with-a-long-name";
+            const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, kLongModule);
+            const auto *const field = Gpb_ModuleAdapt_GetFieldHandle(m_context, file, path, leaf);
+            GpbYangEnumItem *items = nullptr;
+            uint32_t count = 0;
+            FaultResult result;
+            result.code = Gpb_ModuleAdapt_GetEnumList(m_context, file, path, leaf, &items, &count);
+            ZMP_Free_F(items, "faults", 1);
+            const auto *const top = field == nullptr ? nullptr : field->containing_type();
+            const google::protobuf::FieldDescriptor *way = nullptr;
+            result.isDone = result.code == 0 && GPB_FindFieldDescByNodeName(top, leaf, 1, &way) != nullptr &&
+                            GPB_GetLeafFieldDescByNodeName(leaf, top, 1, &way) != nullptr &&
+                            GPB_GetDescFieldByRepeateName(top, "a_suffixed_leaf_with_a_long_name", 1) != nullptr &&
+                            GPB_GetFieldDescByOneof("a_case_leaf_with_a_long_name", top, 1, &way) != nullptr &&
+                            Gpb_ModuleAdapt_GetMessageDescOfField_(top, "a_case_with_a_long_name") != nullptr;
+            return result;
+        });
+}
+
+TEST_F(MemoryFaults, SourceTree)
+{
+    const std::string path = m_work.makeDirectory("a-directory-with-a-long-name");
+    failEach(
+        [&]
+        {
+            const GpbLibInitParam param = {1, 2, {}};
+            GpbLibContext *const own = GPBLIB_Initial(&param);
+            GPBLIB_PkgAddInstallPath(own, path.c_str());
+            GPBLIB_SetPatchDir(own, "a-patch-directory-with-a-long-name/");
+            FaultResult result;
+            result.code = GPBLIB_ProtoTreeInitial_(own);
+            result.isDone = result.code == 0;
+            EXPECT_EQ(result.isDone, GPBLIB_GetImporter(own) != nullptr);
+            GPBLIB_Uninitial(own);
+            return result;
         });
 }
 

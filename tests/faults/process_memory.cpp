@@ -84,6 +84,12 @@ void *operator new(size_t size)
     return memory;
 }
 
+// A sanitizer has one of its own, which would not go through here.
+void *operator new(size_t size, const std::nothrow_t &) noexcept
+{
+    return allocate(size);
+}
+
 void operator delete(void *memory) noexcept
 {
     std::free(memory);
@@ -94,12 +100,14 @@ void operator delete(void *memory, size_t) noexcept
     std::free(memory);
 }
 
-// protobuf's list of texts makes a text and loses it when the list has no memory to grow. Its public, undeprecated
-// interface offers no way to make the room first, so these few bytes are its own.
+// protobuf's list of texts makes a text and loses it when the list has no memory to grow, and its pool loses its mutex
+// when there is no memory for its tables. Its public, undeprecated interface offers no way to make the room first, so
+// these few bytes are its own.
 extern "C" const char *__lsan_default_suppressions();
 extern "C" const char *__lsan_default_suppressions()
 {
-    return "leak:google::protobuf::RepeatedPtrField<std::__cxx11::basic_string\n";
+    return "leak:google::protobuf::RepeatedPtrField<std::__cxx11::basic_string\n"
+           "leak:google::protobuf::DescriptorPool::DescriptorPool\n";
 }
 
 #pragma GCC visibility pop

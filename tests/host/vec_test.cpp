@@ -151,7 +151,11 @@ TEST_F(VecTest, NullVectorAndNullItemAreHarmless)
 
 TEST_F(VecTest, SizeThatNobodyCanMeanGetsNothing)
 {
-    EXPECT_EQ(nullptr, create(UINT32_MAX));
+    // The second one's bytes are 4 where they are counted in 32 bits.
+    for (const uint32_t size : {0xFFFFFFFFu, 0x40000001u, 0x20000001u})
+    {
+        EXPECT_EQ(nullptr, create(size)) << size;
+    }
 }
 
 TEST_F(VecTest, FailsWhenAnyOfItsMemoryCannotBeHad)

@@ -111,7 +111,11 @@ TEST_F(YosStackTest, HandleOfAnyModuleIdCreatesAStack)
 
 TEST_F(YosStackTest, DepthThatNobodyCanMeanGetsNothing)
 {
-    EXPECT_EQ(nullptr, create(UINT32_MAX));
+    // The second one's bytes are 4 where they are counted in 32 bits.
+    for (const uint32_t depth : {0xFFFFFFFFu, 0x40000001u, 0x20000001u})
+    {
+        EXPECT_EQ(nullptr, create(depth)) << depth;
+    }
 }
 
 TEST_F(YosStackTest, FailsWhenAnyOfItsMemoryCannotBeHad)

@@ -11,6 +11,8 @@ prefix="$work/moved"
 unset CPATH C_INCLUDE_PATH CPLUS_INCLUDE_PATH LIBRARY_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH CMAKE_PREFIX_PATH DESTDIR
 unset CFLAGS CXXFLAGS LDFLAGS MAKEFLAGS MAKELEVEL
 
+[ -z "$pkg_config_libdir" ] || export PKG_CONFIG_LIBDIR=$pkg_config_libdir
+
 fail() {
     echo "FAILED: $*" >&2
     exit 1
@@ -21,6 +23,19 @@ fresh_dir() {
     rm -rf "${work:?}/$1"
     mkdir -p "$work/$1"
     echo "$work/$1"
+}
+
+# started_by_emulator PROGRAM SCRIPT: a script that starts a program for another machine.
+started_by_emulator() {
+    printf '#!/bin/sh\nexec %s "%s" "$@"\n' "$emulator" "$(realpath "$1")" >"$2"
+    chmod +x "$2"
+}
+
+# make_runnable PROGRAM: a program for another machine changes places with a script that starts it.
+make_runnable() {
+    [ -n "$emulator" ] || return 0
+    mv "$1" "$1.program"
+    started_by_emulator "$1.program" "$1"
 }
 
 module=openconfig-telemetry

@@ -7,7 +7,7 @@ cp -r "$source_dir/examples/$example" "$dir/source"
 cd "$dir"
 
 "$cmake" -S source -B build -G "$generator" -DCMAKE_PREFIX_PATH="$prefix" \
-    -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" \
+    -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
     -DCMAKE_C_FLAGS="$host_flags -H" -DCMAKE_CXX_FLAGS="$host_flags -H" -DCMAKE_C_COMPILER_LAUNCHER= \
     -DCMAKE_CXX_COMPILER_LAUNCHER=
 "$cmake" --build build --verbose >build.log 2>&1 || { cat build.log >&2 && fail "the example does not build"; }
@@ -18,6 +18,7 @@ if grep -E "^\.+ $source_dir/(include|platform)/" build.log; then
     fail "headers of the source tree were read"
 fi
 
+make_runnable "build/$example"
 if [ "$example" = c_host ]; then
     run_c_host build/c_host
 else

@@ -16,4 +16,5 @@ if grep -E "^\.+ $source_dir/(include|platform)/" build.log; then
     fail "headers of the source tree were read"
 fi
 
+make_runnable source/c_host
 run_c_host source/c_host

@@ -1,7 +1,7 @@
-# Every installed header compiles alone, twice, and after each other one, as C11 (all but the two for C++) and as C++17.
+# Every installed header compiles alone, twice, and after each other one, as C11 (all but those for C++) and as C++17.
 source "$(dirname "$0")/common.sh"
 
-cpp_only=" gpb_compiler.h gpb_descriptor.h "
+cpp_only=" $(grep -v '^#' "$source_dir/packaging/cpp-only-headers.txt" | tr '\n' ' ')"
 flags="-fsyntax-only -Wall -Wextra -Wpedantic -pedantic-errors -Werror"
 
 cd "$prefix/$includedir/gpb_templatelib"

@@ -3,10 +3,10 @@ source "$(dirname "$0")/common.sh"
 
 dir=$(fresh_dir files)
 sed -e "s|@bindir@|$bindir|; s|@includedir@|$includedir|; s|@libdir@|$libdir|; s|@config@|$config|" \
-    -e "s|@soversion@|$soversion|; s|@version@|$version|" \
+    -e "s|@datadir@|$datadir|; s|@mandir@|$mandir|; s|@soversion@|$soversion|; s|@version@|$version|" \
     "$source_dir/packaging/installed-files.txt" >"$dir/listed"
 if [ "$with_tool" != ON ]; then
-    sed -i "\|^$bindir/gpbtool\$|d" "$dir/listed"
+    sed -i "\|/gpbtool\(\.1\.gz\)\?\$|d" "$dir/listed"
 fi
 (cd "$prefix" && find . ! -type d -printf '%P\n') >"$dir/found"
 

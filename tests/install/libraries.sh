@@ -19,6 +19,7 @@ fi
 
 if [ "$with_tool" = ON ]; then
     path=$("$readelf" -d "$prefix/$bindir/gpbtool" | sed -n 's/.*(\(RPATH\|RUNPATH\)).*\[\(.*\)\]/\2/p')
+    path=${path#"$machine_rpath:"}
     case "$path" in
     '$ORIGIN/'*:* | '') fail "the tool's search path is '$path'" ;;
     '$ORIGIN/'*) ;;

@@ -15,8 +15,10 @@ read -ra host <<<"$host_flags"
 "$cc" -std=c11 "${host[@]}" -Wall -Wextra -Wpedantic -Werror readme.c "${flags[@]}" \
     -Wl,-rpath,"$prefix/$libdir" -o readme
 
+make_runnable readme
 ./readme "$source_dir/examples/modules/" "$module" "$test_dir/data/telemetry.xml" >out.gpb
 check_message out.gpb
 result=0
+make_runnable readme
 ./readme "$source_dir/examples/modules/" no-such-module "$test_dir/data/telemetry.xml" >none.gpb || result=$?
 [ "$result" -eq 1 ] || fail "a missing module gave exit code $result"

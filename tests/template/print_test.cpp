@@ -199,7 +199,7 @@ TEST_F(PrintTest, APathEndsWhenItIsLong)
     {
         text += i < 122 ? "1." : "";
     }
-    for (const size_t depth : {122, 123, 200, 5000})
+    for (const size_t depth : {122U, 123U, 200U, 5000U})
     {
         m_tree.reset(GPBLIB_ObjTree_Create(0, kModuleId));
         GPBLIB_DBG_PrintPath(chain(std::vector<uint32_t>(depth, 1)), context());

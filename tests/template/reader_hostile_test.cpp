@@ -1,5 +1,6 @@
 // The reader over bytes that nobody wrote: it gives a tree or null, reads nothing behind the buffer, leaks nothing, and
 // what it accepts can be written again.
+#include <cstdio>
 #include <random>
 
 #include "support/library_fixture.h"
@@ -48,6 +49,30 @@ protected:
         log().clear();
     }
 
+    /** The buffers above, and all that a generated template has: containers with their attributes, texts and numbers.
+     */
+    static std::vector<Bytes> buffers()
+    {
+        std::vector<Bytes> all;
+        for (const char *hex : kBuffers)
+        {
+            all.push_back(fromHex(hex));
+        }
+        const TreePtr tree(GPBLIB_RDMI_CreateRoot(1, "top"));
+        ObjNode *parent = nullptr;
+        for (uint32_t i = 1; i <= 4; ++i)
+        {
+            const RdmiNodeAttr node = {0x10 * i, "box", 3, 0};
+            const RdmiFieldAttr field = {static_cast<uint16_t>(i), 300, "a-leaf", 6, 9, 4};
+            parent = GPBLIB_RDMI_CreateNode(tree.get(), parent, i, &node);
+            GPBLIB_RDMI_AddFieldAttribute(tree.get(), parent, &field);
+            GPBLIB_RDMI_CreateString(tree.get(), parent, 300, 4, "10.1");
+            GPBLIB_RDMI_CreateInteger(tree.get(), parent, 5, 0x500000010ULL);
+        }
+        all.push_back(write(tree.get(), GPB_OBJTREE_MODE_TEMPLATE));
+        return all;
+    }
+
     const GpbLibContext *m_contexts[2] = {nullptr, nullptr};
     size_t m_reads = 0;
     size_t m_accepted = 0;
@@ -55,15 +80,44 @@ protected:
 
 TEST_F(HostileReaderTest, EveryPrefix)
 {
-    for (const char *hex : kBuffers)
+    for (const Bytes &bytes : buffers())
     {
-        const Bytes bytes = fromHex(hex);
         for (size_t length = 0; length <= bytes.size(); ++length)
         {
             expectSafe(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length)));
         }
     }
     EXPECT_GT(m_accepted, 0u);
+    std::printf("prefixes of template buffers: %zu cases\n", m_reads);
+}
+
+TEST_F(HostileReaderTest, EveryRoom)
+{
+    size_t cases = 0;
+    for (const Bytes &bytes : buffers())
+    {
+        const ReadResult tree = read(bytes, kModuleId);
+        if (tree.tree == nullptr)
+        {
+            continue;
+        }
+        const uint32_t size = GPBLIB_ObjTree_GetWriteLen(tree.tree.get());
+        for (const uint32_t mode : {GPB_OBJTREE_MODE_TEMPLATE, GPB_OBJTREE_MODE_PLAIN})
+        {
+            const Bytes whole = write(tree.tree.get(), mode);
+            for (uint32_t room = 0; room <= size + 1; ++room)
+            {
+                Bytes buffer(room); // its end is the memory's end
+                const uint32_t count = GPBLIB_ObjTree_Write(tree.tree.get(), buffer.data(), room, mode, nullptr);
+                EXPECT_EQ(room < size ? 0 : whole.size(), count) << toHex(bytes) << " in a room of " << room;
+                buffer.resize(count);
+                EXPECT_EQ(toHex(room < size ? Bytes() : whole), toHex(buffer));
+                ++cases;
+            }
+        }
+    }
+    EXPECT_GT(cases, 100u);
+    std::printf("rooms of template buffers: %zu cases\n", cases);
 }
 
 TEST_F(HostileReaderTest, EverySingleByteMutation)
@@ -82,6 +136,7 @@ TEST_F(HostileReaderTest, EverySingleByteMutation)
         }
     }
     EXPECT_GT(m_accepted, 0u);
+    std::printf("bytes of template buffers: %zu cases\n", m_reads);
 }
 
 TEST_F(HostileReaderTest, RandomBytes)

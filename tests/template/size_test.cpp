@@ -1,4 +1,6 @@
 // Measuring trees, and when a measure is taken anew.
+#include <random>
+
 #include "support/platform_fixture.h"
 #include "tree_support.h"
 
@@ -118,6 +120,51 @@ TEST_F(SizeTest, ADeletedSubtreeNoLongerCounts)
     GPBLIB_ObjTree_Delete(&node);
     EXPECT_EQ(0u, tree()->gpbSize);
     EXPECT_EQ(4u, GPBLIB_ObjTree_GetWriteLen(tree()));
+}
+
+TEST_F(SizeTest, EveryNodeOfARandomTreeHasTheSizeOfItsBytes)
+{
+    std::mt19937 engine(4711);
+    const auto random = [&engine] { return static_cast<uint32_t>(engine()); };
+    for (int round = 0; round < 50; ++round)
+    {
+        m_tree.reset(GPBLIB_ObjTree_Create(random() % 3, kModuleId));
+        std::vector<ObjNode *> containers = {tree()};
+        for (int i = 0; i < 200; ++i)
+        {
+            ObjNode *parent = containers[random() % containers.size()];
+            const uint32_t id = random() >> random() % 32;
+            const std::string content(random() % 200 + 1, 'x');
+            switch (random() % 3)
+            {
+            case 0:
+                GPBLIB_ObjTree_CreateInteger(tree(), parent, id, uint64_t{random()} << random() % 33, 1);
+                break;
+            case 1:
+                GPBLIB_ObjTree_CreateString(tree(), parent, id, static_cast<uint32_t>(content.size()), content.data(),
+                                            1);
+                break;
+            default:
+                containers.push_back(GPBLIB_ObjTree_CreateNode(tree(), parent, id, 1));
+                containers.back()->objLen = random(); // what an earlier measure may have left
+            }
+        }
+        const Bytes bytes = write(tree(), GPB_OBJTREE_MODE_TEMPLATE);
+        EXPECT_EQ(bytes.size(), GPBLIB_ObjTree_GetWriteLen(tree()));
+        for (ObjNode *container : containers)
+        {
+            // A subtree's bytes are those of the nodes in it, each by itself.
+            uint32_t size = 0;
+            CmfTreeIter iter;
+            for (CmfTreeNode *link = CMF_TREE_GetPreOrderIter(&container->stTree, &iter, 0); link != nullptr;
+                 link = CMF_TREE_GetNextByPreOrder(&iter, 0))
+            {
+                Bytes room(300);
+                size += GPBLIB_ObjNode_TemplateWrite(reinterpret_cast<ObjNode *>(link), room.data(), 300);
+            }
+            EXPECT_EQ(size, container->gpbSize);
+        }
+    }
 }
 
 TEST_F(SizeTest, ContainersThatLostTheirChildrenAreEmpty)

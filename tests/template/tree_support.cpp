@@ -98,4 +98,31 @@ TreePtr nestedTree(uint32_t moduleId, size_t count)
     return tree;
 }
 
+TreePtr randomTree(std::mt19937_64 &random, size_t nodes, uint32_t maxId, uint32_t moduleId)
+{
+    TreePtr tree(GPBLIB_ObjTree_Create(0, moduleId));
+    std::vector<ObjNode *> parents = {tree.get()};
+    for (size_t i = 0; i < nodes; ++i)
+    {
+        ObjNode *parent = parents[static_cast<size_t>(random() % parents.size())];
+        const uint32_t id = 1 + (static_cast<uint32_t>(random()) >> (random() % 32)) % maxId;
+        switch (random() % 3)
+        {
+        case 0:
+            GPBLIB_ObjTree_CreateInteger(tree.get(), parent, id, random() >> (random() % 64), 1);
+            break;
+        case 1:
+        {
+            const std::string content(static_cast<size_t>(1 + random() % 300), static_cast<char>('a' + random() % 26));
+            GPBLIB_ObjTree_CreateString(tree.get(), parent, id, static_cast<uint32_t>(content.size()), content.data(),
+                                        1);
+            break;
+        }
+        default:
+            parents.push_back(GPBLIB_ObjTree_CreateNode(tree.get(), parent, id, 1));
+        }
+    }
+    return tree;
+}
+
 } // namespace gpbtest

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,9 @@ ObjNode *childAt(const ObjNode *node, size_t index);
 
 /** A root with `count` containers (id 1) nested in one another. */
 TreePtr nestedTree(uint32_t moduleId, size_t count);
+
+/** A tree of up to `nodes` nodes, with ids up to `maxId` and values of all sizes. */
+TreePtr randomTree(std::mt19937_64 &random, size_t nodes, uint32_t maxId, uint32_t moduleId);
 
 } // namespace gpbtest
 

@@ -38,8 +38,17 @@ TEST_F(EncodeBadDocument, MissingFile)
 
 TEST_F(EncodeBadDocument, Directory)
 {
-    const ProcessResult result = expectFailure(m_dir.makeDirectory("dir"), 3);
-    EXPECT_THAT(result.err, HasSubstr(": cannot be read: Is a directory\n"));
+    const std::string directory = m_dir.makeDirectory("dir");
+    const ProcessResult result = tool("json", {"--module", "m", directory});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.err, HasSubstr(directory + ": cannot be read: Is a directory\n"));
+    EXPECT_THAT(expectFailure(directory, 3).err, HasSubstr(directory + ": no documents in this directory\n"));
+}
+
+TEST_F(EncodeBadDocument, FileThatFailsInTheMiddleOfReading)
+{
+    const ProcessResult result = expectFailure("/proc/self/mem", 3);
+    EXPECT_THAT(result.err, HasSubstr("error: /proc/self/mem: cannot be read: "));
 }
 
 TEST_F(EncodeBadDocument, UrlsAreFileNames)

@@ -24,8 +24,9 @@ TEST_F(Usage, HelpNamesSubcommandsAndExitCodes)
 {
     const ProcessResult result = run({"--help"});
     EXPECT_EQ(result.exitCode, 0);
-    for (const char *text : {"encode", "decode", "json", "attrs", "modules", "0  done", "1  wrong use", "2  module",
-                             "3  input", "4  the document", "5  output", "6  part of the document", "7  out of memory"})
+    for (const char *text :
+         {"encode", "bench", "decode", "json", "attrs", "modules", "0  done", "1  wrong use", "2  module", "3  input",
+          "4  the document", "5  output", "6  part of the document", "7  out of memory"})
     {
         EXPECT_THAT(result.out, HasSubstr(text));
     }
@@ -33,7 +34,7 @@ TEST_F(Usage, HelpNamesSubcommandsAndExitCodes)
 
 TEST_F(Usage, EachSubcommandHasHelpWithExitCodes)
 {
-    for (const char *command : {"encode", "decode", "json", "attrs", "modules"})
+    for (const char *command : {"encode", "bench", "decode", "json", "attrs", "modules"})
     {
         const ProcessResult result = run({command, "--help"});
         EXPECT_EQ(result.exitCode, 0) << command;
@@ -117,7 +118,8 @@ TEST_F(Usage, TwoDocumentsOfTheSameName)
 TEST_F(Usage, NoMemoryIsAnErrorOfItsOwn)
 {
     gpbtest::ProcessSetup process = setup("modules", {});
-    process.environment = {{"LD_PRELOAD", NO_MEMORY_PLATFORM}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+    process.environment = {{PRELOAD_VARIABLE, PRELOAD_NO_MEMORY_PLATFORM},
+                           {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
     const ProcessResult result = gpbtest::runProcess(process);
     EXPECT_EQ(result.exitCode, 7);
     EXPECT_EQ(result.err, "error: the library cannot be initialised\n  hint: is there enough memory?\n");

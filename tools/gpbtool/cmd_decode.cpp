@@ -1,6 +1,7 @@
 /** gpbtool decode: encoded messages made readable. */
 #include <CLI/CLI.hpp>
 
+#include "core/gpb_protobuf_compat.h"
 #include "input_file.h"
 #include "message_view.h"
 #include "output_file.h"
@@ -20,7 +21,7 @@ std::string TopMessages(const pb::FileDescriptor &file)
     std::string names;
     for (int i = 0; i < file.message_type_count(); ++i)
     {
-        names += "\n  " + file.message_type(i)->name();
+        names += "\n  " + GpbPbName(*file.message_type(i));
     }
     return names;
 }
@@ -34,11 +35,11 @@ const pb::Descriptor &ChooseMessage(const pb::FileDescriptor &file, const std::s
             return *file.message_type(0);
         }
         throw ToolError(ExitCode::Usage,
-                        file.name() + " has " + std::to_string(file.message_type_count()) +
+                        GpbPbName(file) + " has " + std::to_string(file.message_type_count()) +
                             " top-level messages:" + TopMessages(file),
                         "name one with --message");
     }
-    const std::string local = file.package().empty() ? name : file.package() + "." + name;
+    const std::string local = GpbPbPackage(file).empty() ? name : GpbPbPackage(file) + "." + name;
     const pb::Descriptor *type = file.pool()->FindMessageTypeByName(local);
     if (type == nullptr)
     {
@@ -46,7 +47,7 @@ const pb::Descriptor &ChooseMessage(const pb::FileDescriptor &file, const std::s
     }
     if (type == nullptr)
     {
-        throw ToolError(ExitCode::Module, file.name() + " has no message " + name + "; it has:" + TopMessages(file),
+        throw ToolError(ExitCode::Module, GpbPbName(file) + " has no message " + name + "; it has:" + TopMessages(file),
                         "name one of these, or a nested one as Outer.Inner");
     }
     return *type;
@@ -85,7 +86,7 @@ public:
         if (view.UnknownFields() > 0)
         {
             console.Warning(input_ + ": " + std::to_string(view.UnknownFields()) + " fields are unknown in " +
-                            type.full_name() + "; is it the right module and message?");
+                            GpbPbFullName(type) + "; is it the right module and message?");
         }
         WriteOutput(output_, json_ ? view.Json() : view.Text());
         return ExitCode::Ok;

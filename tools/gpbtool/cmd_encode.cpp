@@ -2,9 +2,13 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <set>
+#include <thread>
 
+#include "encode_batch.h"
+#include "input_documents.h"
 #include "json_encoder.h"
 #include "message_view.h"
 #include "output_file.h"
@@ -19,9 +23,7 @@ namespace
 
 constexpr const char *kBinarySuffix = ".gpb";
 constexpr const char *kTextSuffix = ".txt";
-constexpr const char *kJsonSuffix = ".json";
-constexpr const char *kXml = "xml";
-constexpr const char *kJson = "json";
+constexpr unsigned int kMaxJobs = 256;
 
 class EncodeCommand : public Subcommand
 {
@@ -35,10 +37,14 @@ public:
         app.add_option("--module", module_, "Module of the documents, the name of its .proto file without the suffix")
             ->required()
             ->type_name("M");
-        app.add_option("documents", documents_, "XML documents, or JSON documents named *.json; - is standard input")
+        app.add_option("documents", arguments_,
+                       "XML documents, or JSON documents named *.json; - is standard input, a directory its *.xml and "
+                       "*.json files")
             ->required()
             ->type_name("DOC");
-        app.add_option("--format", format_, "Format of all documents, whatever their names (default: by name)")
+        app.add_option("--format", format_,
+                       "Format of all documents, whatever their names (default: by name); of directories, their files "
+                       "named so")
             ->check(CLI::IsMember({kXml, kJson}))
             ->type_name("xml|json");
         app.add_option("--item", json_.item,
@@ -50,6 +56,9 @@ public:
         app.add_option("--out-dir", outDir_, "Write DOC.gpb (DOC.txt with --text) for each document to this directory")
             ->type_name("DIR")
             ->excludes(single);
+        app.add_option("--jobs", jobs_, "Threads that encode several documents (default: the number of processors)")
+            ->check(CLI::Range(1U, kMaxJobs))
+            ->type_name("N");
         app.add_flag("--text", text_, "Write protobuf's text form instead of the encoded bytes");
         app.add_flag("--lenient", lenient_, "Leave out what has no place in the module, and warn");
     }
@@ -57,28 +66,20 @@ public:
     ExitCode Run(Console &console) override
     {
         search_.Complete();
+        documents_ = FindDocuments(arguments_, format_);
         CheckFormats();
         CheckOutputs();
-        Session session(console, search_);
-        session.Load(module_);
-        if (!outDir_.empty())
-        {
-            MakeOutDir();
-        }
-        return documents_.size() == 1 ? EncodeOne(session, console, documents_.front()) : EncodeAll(session, console);
+        return IsBatch() ? EncodeAll(console) : EncodeOnly(console);
     }
 
 private:
-    bool IsJson(const std::string &document) const
-    {
-        return format_.empty() ? std::filesystem::path(document).extension() == kJsonSuffix : format_ == kJson;
-    }
+    bool IsBatch() const { return documents_.fromDirectory || documents_.paths.size() > 1; }
 
     void CheckFormats() const
     {
-        for (const std::string &document : documents_)
+        for (const std::string &document : documents_.paths)
         {
-            if (!IsJson(document) && (!json_.item.empty() || json_.stripPrefixes))
+            if (!IsJson(document, format_) && (!json_.item.empty() || json_.stripPrefixes))
             {
                 throw ToolError(ExitCode::Usage, document + ": --item and --strip-prefixes are for JSON documents",
                                 "give --format json if it is one");
@@ -88,7 +89,7 @@ private:
 
     void CheckOutputs() const
     {
-        if (outDir_.empty() && documents_.size() > 1)
+        if (outDir_.empty() && IsBatch())
         {
             throw ToolError(ExitCode::Usage, "several documents cannot share one output",
                             "give --out-dir DIR to get one file for each");
@@ -99,19 +100,25 @@ private:
                             "give -o FILE, or --text to read them, or -o - if you want them here all the same");
         }
         std::set<std::string> targets;
-        for (const std::string &document : documents_)
+        for (const std::string &document : documents_.paths)
         {
             if (!outDir_.empty() && !targets.insert(Target(document)).second)
             {
+                const std::string kinds =
+                    documents_.fromDirectory ? "; --format takes one kind of a directory's documents" : "";
                 throw ToolError(ExitCode::Usage,
                                 document + ": another document would be written to " + Target(document) + " too",
-                                "encode documents of the same name in separate calls");
+                                "encode documents of the same name in separate calls" + kinds);
             }
         }
     }
 
     void MakeOutDir() const
     {
+        if (outDir_.empty())
+        {
+            return;
+        }
         std::error_code failed;
         std::filesystem::create_directories(outDir_, failed);
         if (failed)
@@ -132,44 +139,41 @@ private:
     }
 
     /** Encodes and writes one document; failures are ToolErrors. */
-    ExitCode EncodeOne(Session &session, Console &console, const std::string &document) const
+    EncodedSizes EncodeOne(Session &session, Console &console, const std::string &document) const
     {
         const EncodeRequest request = {module_, document, lenient_};
-        const EncodedDocument encoded =
-            IsJson(document) ? EncodeJson(session, console, request, json_) : EncodeXml(session, console, request);
+        const EncodedDocument encoded = IsJson(document, format_) ? EncodeJson(session, console, request, json_)
+                                                                  : EncodeXml(session, console, request);
         const std::string bytes = text_ ? MessageView(*encoded.type, encoded.bytes, document).Text() : encoded.bytes;
-        console.EndProgress();
         WriteOutput(Target(document), bytes);
+        return {encoded.documentSize, bytes.size()};
+    }
+
+    ExitCode EncodeOnly(Console &console) const
+    {
+        Session session(console, search_);
+        session.Load(module_);
+        MakeOutDir();
+        EncodeOne(session, console, documents_.paths.front());
         return ExitCode::Ok;
     }
 
-    /** Encodes all documents; one that fails is reported and does not keep the others from being written. */
-    ExitCode EncodeAll(Session &session, Console &console) const
+    ExitCode EncodeAll(Console &console) const
     {
-        ExitCode result = ExitCode::Ok;
-        std::size_t failed = 0;
-        for (std::size_t i = 0; i < documents_.size(); ++i)
-        {
-            console.Progress(i, documents_.size(), documents_[i]);
-            try
-            {
-                EncodeOne(session, console, documents_[i]);
-            }
-            catch (const ToolError &error)
-            {
-                console.Error(error);
-                result = result == ExitCode::Ok ? error.Code() : result;
-                ++failed;
-            }
-        }
-        console.Print(std::to_string(documents_.size() - failed) + " of " + std::to_string(documents_.size()) +
-                      " documents encoded" + (failed > 0 ? ", " + std::to_string(failed) + " failed" : ""));
-        return result;
+        const unsigned int jobs = jobs_ > 0 ? jobs_ : std::max(1U, std::thread::hardware_concurrency());
+        EncodeBatch batch({search_, module_, documents_.paths, jobs,
+                           [this](Session &session, Console &messages, const std::string &document)
+                           { return EncodeOne(session, messages, document); }},
+                          console);
+        MakeOutDir();
+        return batch.Run();
     }
 
     SearchOptions search_;
     std::string module_;
-    std::vector<std::string> documents_;
+    std::vector<std::string> arguments_;
+    InputDocuments documents_ = {{}, false};
+    unsigned int jobs_ = 0; /**< 0: as many as there are processors */
     std::string format_;
     JsonOptions json_ = {{}, false};
     std::string output_;

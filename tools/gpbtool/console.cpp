@@ -1,5 +1,6 @@
 #include "console.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,9 +11,16 @@ namespace gpbtool
 namespace
 {
 
-constexpr std::size_t kBarWidth = 24;
-constexpr std::size_t kNameWidth = 40;
+constexpr std::size_t kUsualWidth = 80; // of a terminal that does not tell its own
 constexpr const char *kClearLine = "\r\033[K";
+
+/** Columns of the terminal. */
+std::size_t Width()
+{
+    winsize size = {};
+    const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : kUsualWidth;
+}
 
 } // namespace
 
@@ -37,7 +45,7 @@ std::string Printable(const std::string &text)
 
 void Console::Print(const std::string &text)
 {
-    EndProgress();
+    ClearStatus();
     std::fprintf(stderr, "%s\n", Printable(text).c_str());
 }
 
@@ -50,26 +58,24 @@ void Console::Error(const ToolError &error)
     }
 }
 
-void Console::Progress(std::size_t done, std::size_t total, const std::string &name)
+void Console::ShowStatus(const std::string &line)
 {
-    if (total < 2 || isatty(STDERR_FILENO) == 0)
+    if (isatty(STDERR_FILENO) == 0)
     {
         return;
     }
-    const std::size_t filled = kBarWidth * done / total;
-    const std::string bar = std::string(filled, '#') + std::string(kBarWidth - filled, '.');
-    const std::string shown = name.size() <= kNameWidth ? name : "..." + name.substr(name.size() - kNameWidth);
-    std::fprintf(stderr, "%s[%s] %zu/%zu %s", kClearLine, bar.c_str(), done, total, Printable(shown).c_str());
+    // A line that fills the last column would go on to the next one, where it cannot be taken back.
+    std::fprintf(stderr, "%s%s", kClearLine, line.substr(0, Width() - 1).c_str());
     std::fflush(stderr);
-    barShown_ = true;
+    statusShown_ = true;
 }
 
-void Console::EndProgress()
+void Console::ClearStatus()
 {
-    if (barShown_)
+    if (statusShown_)
     {
         std::fputs(kClearLine, stderr);
-        barShown_ = false;
+        statusShown_ = false;
     }
 }
 

@@ -1,8 +1,7 @@
-/** Standard error: messages and, on a terminal, one progress bar below them. */
+/** Standard error: messages and, on a terminal, one line below them that tells how far the work is. */
 #ifndef GPBTOOL_CONSOLE_H
 #define GPBTOOL_CONSOLE_H
 
-#include <cstddef>
 #include <string>
 
 #include "tool_error.h"
@@ -13,20 +12,25 @@ namespace gpbtool
 class Console
 {
 public:
+    Console() = default;
+    Console(const Console &) = delete;
+    Console &operator=(const Console &) = delete;
+    virtual ~Console() = default;
+
     /** Writes one message. Control characters that a document may have brought along never reach the terminal. */
-    void Print(const std::string &text);
+    virtual void Print(const std::string &text);
 
     void Error(const ToolError &error);
     void Warning(const std::string &text) { Print("warning: " + text); }
 
-    /** Shows that `done` of `total` are finished and `name` is next; does nothing unless on a terminal. */
-    void Progress(std::size_t done, std::size_t total, const std::string &name);
+    /** Shows a line below the messages, cut to the terminal's width; does nothing unless on a terminal. */
+    void ShowStatus(const std::string &line);
 
-    /** Takes the progress bar away. */
-    void EndProgress();
+    /** Takes that line away. */
+    void ClearStatus();
 
 private:
-    bool barShown_ = false;
+    bool statusShown_ = false;
 };
 
 /** A text with its control characters, other than line break and tab, replaced by "?". */

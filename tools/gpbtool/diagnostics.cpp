@@ -1,5 +1,9 @@
 #include "diagnostics.h"
 
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
 namespace gpbtool
 {
 
@@ -9,8 +13,39 @@ namespace
 /** Verbosity from which each level is shown, by level. */
 constexpr int kShownFrom[GPB_LOG_LEVELS] = {0, 2, 1, 3};
 
-/** The callbacks carry two 32-bit numbers, which have no room for a pointer. */
-Diagnostics *g_active = nullptr;
+/**
+ * The callbacks carry two 32-bit numbers, which have no room for a pointer: the print handle of a context is the number
+ * of its object here. Contexts come and go on several threads.
+ */
+class Connections
+{
+public:
+    std::uint32_t Add(Diagnostics *diagnostics)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        connected_.push_back(diagnostics);
+        return static_cast<std::uint32_t>(connected_.size() - 1);
+    }
+
+    void Remove(Diagnostics *diagnostics)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        Diagnostics *const gone = nullptr;
+        std::replace(connected_.begin(), connected_.end(), diagnostics, gone);
+    }
+
+    Diagnostics *Find(std::uint32_t handle)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return handle < connected_.size() ? connected_[handle] : nullptr;
+    }
+
+private:
+    std::mutex mutex_;
+    std::vector<Diagnostics *> connected_; /**< null: gone */
+};
+
+Connections g_connections;
 
 } // namespace
 
@@ -18,15 +53,12 @@ Diagnostics::Diagnostics(Console &console, int verbosity) : console_(console), v
 
 Diagnostics::~Diagnostics()
 {
-    if (g_active == this)
-    {
-        g_active = nullptr;
-    }
+    g_connections.Remove(this);
 }
 
 void Diagnostics::Connect(GpbLibInitParam &param)
 {
-    g_active = this;
+    param.ulPrintHandle = g_connections.Add(this);
     for (std::uint32_t level = 0; level < GPB_LOG_LEVELS; ++level)
     {
         // Problems are counted at every verbosity; the other levels stay closed while nobody listens, since the text
@@ -43,11 +75,11 @@ void Diagnostics::Reset()
     lastFailure_.clear();
 }
 
-std::uint32_t Diagnostics::Print(std::uint32_t, std::uint32_t level, const char *, const char *text)
+std::uint32_t Diagnostics::Print(std::uint32_t handle, std::uint32_t level, const char *, const char *text)
 {
-    if (g_active != nullptr)
+    if (Diagnostics *diagnostics = g_connections.Find(handle))
     {
-        g_active->Take(level, text);
+        diagnostics->Take(level, text);
     }
     return 0;
 }

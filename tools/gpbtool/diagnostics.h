@@ -29,7 +29,7 @@ public:
     Diagnostics(const Diagnostics &) = delete;
     Diagnostics &operator=(const Diagnostics &) = delete;
 
-    /** Fills the print slots. The callbacks reach this object, so it must outlive the context; one at a time. */
+    /** Fills handle and print slots. The callbacks reach this object, so it must outlive the context. */
     void Connect(GpbLibInitParam &param);
 
     /** Shows failures only from `-v` on: for callers that report them in their own way. */

@@ -3,6 +3,7 @@
 #include <google/protobuf/descriptor.h>
 #include <libxml/xmlmemory.h>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "value_check.h"
@@ -109,7 +110,7 @@ private:
                  : GPB_FindFieldDescByNodeName(level.type, Chars(node.name), layer, &caseField);
         if (field == nullptr)
         {
-            Report(node, Tag(node) + ": unknown in message " + level.type->full_name());
+            Report(node, Tag(node) + ": unknown in message " + GpbPbFullName(*level.type));
             return nullptr;
         }
         if (caseField != nullptr)
@@ -119,7 +120,7 @@ private:
                 GPB_GetDescriptorAncestors(caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
             if (count == 0)
             {
-                Report(node, Tag(node) + ": its case cannot be reached from message " + level.type->full_name());
+                Report(node, Tag(node) + ": its case cannot be reached from message " + GpbPbFullName(*level.type));
                 return nullptr;
             }
             level.layers += count;
@@ -149,7 +150,7 @@ private:
         }
         else if (field->type() != pb::FieldDescriptor::TYPE_BOOL)
         {
-            Report(node, Tag(node) + ": empty, but the module wants a value of type " + field->type_name());
+            Report(node, Tag(node) + ": empty, but the module wants a value of type " + GpbPbTypeName(*field));
         }
     }
 
@@ -203,7 +204,7 @@ private:
         {
             return true;
         }
-        Report(node, Tag(node) + ": a leaf of type " + field.type_name() +
+        Report(node, Tag(node) + ": a leaf of type " + GpbPbTypeName(field) +
                          " in the module, but more than one text in the document");
         return false;
     }
@@ -220,7 +221,7 @@ const pb::Descriptor *RootMessage(const std::string &container, const pb::FileDe
     name.resize(name.size() + 3, '\0');
     Gpb_util_ConverContainerName(name.data(), 1);
     name.erase(name.find('\0'));
-    return module.pool()->FindMessageTypeByName(module.package() + "." + name);
+    return module.pool()->FindMessageTypeByName(GpbPbPackage(module) + "." + name);
 }
 
 std::vector<Finding> CheckDocument(const xmlNode &root, const pb::Descriptor &type, const CheckRules &rules)

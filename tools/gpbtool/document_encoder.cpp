@@ -3,6 +3,7 @@
 #include <google/protobuf/descriptor.h>
 
 #include "compiler.h"
+#include "core/gpb_protobuf_compat.h"
 #include "document_check.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "json_shape.h"
@@ -60,11 +61,12 @@ struct XmlJob
     Console &console;
     const EncodeRequest &request;
     const pb::FileDescriptor &file;
+    InputFile input;
     XmlDocument doc;
 
     XmlJob(Session &theSession, Console &theConsole, const EncodeRequest &theRequest)
         : session(theSession), console(theConsole), request(theRequest), file(session.Load(request.module)),
-          doc(ReadXmlDocument(request.document))
+          input(request.document), doc(ReadXmlDocument(input))
     {
     }
 
@@ -104,7 +106,7 @@ std::string TopMessages(const pb::FileDescriptor &file)
     std::string names;
     for (int i = 0; i < file.message_type_count(); ++i)
     {
-        names += (i > 0 ? ", " : "") + file.message_type(i)->full_name();
+        names += (i > 0 ? ", " : "") + GpbPbFullName(*file.message_type(i));
     }
     return names.empty() ? "none" : names;
 }
@@ -113,7 +115,7 @@ EncodedDocument EncodeXml(Session &session, Console &console, const EncodeReques
 {
     const XmlJob job(session, console, request);
     const Compiler compiler(GpbXmlCompiler_CreateCompiler(session.Context(), request.module.c_str()));
-    EncodedDocument encoded = {job.Run(compiler.get()), nullptr};
+    EncodedDocument encoded = {job.Run(compiler.get()), nullptr, job.input.BytesRead()};
     encoded.type = RootMessage(RootName(*job.doc), job.file);
     job.Judge(*encoded.type, {false, nullptr});
     return encoded;

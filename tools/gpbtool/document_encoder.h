@@ -2,6 +2,7 @@
 #ifndef GPBTOOL_DOCUMENT_ENCODER_H
 #define GPBTOOL_DOCUMENT_ENCODER_H
 
+#include <cstdint>
 #include <string>
 
 #include "console.h"
@@ -27,6 +28,7 @@ struct EncodedDocument
 {
     std::string bytes;
     const google::protobuf::Descriptor *type;
+    std::uint64_t documentSize; /**< in bytes */
 };
 
 /** Encodes an XML document. @throws ToolError (Input, Encode, Incomplete) */

@@ -49,22 +49,35 @@ InputFile::~InputFile()
     }
 }
 
-std::string InputFile::ReadAll() const
+std::size_t InputFile::Read(char *buffer, std::size_t size)
+{
+    for (;;)
+    {
+        const ssize_t count = read(fd_, buffer, size);
+        if (count >= 0)
+        {
+            bytesRead_ += static_cast<std::uint64_t>(count);
+            return static_cast<std::size_t>(count);
+        }
+        if (errno != EINTR)
+        {
+            throw InputError(path_, errno);
+        }
+    }
+}
+
+std::string InputFile::ReadAll()
 {
     std::string bytes;
     for (;;)
     {
         const std::size_t size = bytes.size();
         bytes.resize(size + kChunk);
-        const ssize_t count = read(fd_, bytes.data() + size, kChunk);
-        bytes.resize(size + (count > 0 ? static_cast<std::size_t>(count) : 0));
+        const std::size_t count = Read(bytes.data() + size, kChunk);
+        bytes.resize(size + count);
         if (count == 0)
         {
             return bytes;
-        }
-        if (count < 0 && errno != EINTR)
-        {
-            throw InputError(path_, errno);
         }
     }
 }

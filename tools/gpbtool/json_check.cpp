@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "value_check.h"
@@ -96,7 +97,7 @@ std::string Wanted(const pb::FieldDescriptor &field)
     {
         return field.is_repeated() ? "a list" : "a container";
     }
-    return std::string(field.is_repeated() ? "a leaf-list" : "a leaf") + " of type " + field.type_name();
+    return std::string(field.is_repeated() ? "a leaf-list" : "a leaf") + " of type " + GpbPbTypeName(field);
 }
 
 std::string Quoted(const cJSON &item)
@@ -139,7 +140,7 @@ private:
             level.type, item.string, static_cast<std::int32_t>(level.layers + 1), &caseField);
         if (field == nullptr)
         {
-            Report(item, parent, Quoted(item) + "unknown in message " + level.type->full_name(), true);
+            Report(item, parent, Quoted(item) + "unknown in message " + GpbPbFullName(*level.type), true);
             return;
         }
         const pb::Descriptor *holder = level.type;
@@ -171,7 +172,7 @@ private:
         const std::uint32_t count = GPB_GetDescriptorAncestors(&caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
         if (count == 0)
         {
-            Report(item, parent, Quoted(item) + "its case cannot be reached from message " + level.type->full_name(),
+            Report(item, parent, Quoted(item) + "its case cannot be reached from message " + GpbPbFullName(*level.type),
                    true);
             return false;
         }

@@ -127,7 +127,7 @@ JsonDocument::JsonDocument(const std::string &path, bool stripPrefixes)
     }
     if (stripPrefixes)
     {
-        StripPrefixes();
+        StripJsonPrefixes(*tree_);
         RefuseDuplicates("the name stands twice in its object, with different prefixes");
     }
 }
@@ -145,9 +145,9 @@ void JsonDocument::TakeOffsets(const std::vector<std::size_t> &offsets)
     ForEach(*tree_, [&](const cJSON &item) { offsets_[&item] = *next++; });
 }
 
-void JsonDocument::StripPrefixes()
+void StripJsonPrefixes(cJSON &tree)
 {
-    ForEach(*tree_,
+    ForEach(tree,
             [](cJSON &item)
             {
                 const char *colon = item.string != nullptr ? std::strchr(item.string, ':') : nullptr;

@@ -20,6 +20,9 @@ struct JsonTreeDeleter
 };
 using JsonTree = std::unique_ptr<cJSON, JsonTreeDeleter>;
 
+/** Takes "MODULE:" off all names of a tree. */
+void StripJsonPrefixes(cJSON &tree);
+
 class JsonDocument
 {
 public:
@@ -31,6 +34,9 @@ public:
      * @throws ToolError (Input) with file, line and column
      */
     JsonDocument(const std::string &path, bool stripPrefixes);
+
+    /** Length of the text in bytes. */
+    std::size_t Size() const { return text_.size(); }
 
     /** The top-level container, with its name as key. */
     cJSON &Container() const { return *tree_->child; }
@@ -50,7 +56,6 @@ public:
 
 private:
     void TakeOffsets(const std::vector<std::size_t> &offsets);
-    void StripPrefixes();
     void RefuseDuplicates(const char *why);
     [[noreturn]] void Refuse(std::size_t offset, const std::string &what, const char *hint);
 

@@ -163,7 +163,7 @@ EncodedDocument EncodeJson(Session &session, Console &console, const EncodeReque
                         "the library's messages above say why; -v shows what it skipped before");
     }
     JudgeCompleteness(about, findings, session.Log(), console);
-    return {std::string(bytes, length), result.itemType};
+    return {std::string(bytes, length), result.itemType, job.document.Size()};
 }
 
 std::vector<LeafAttribute> ReadAttributes(Session &session, const EncodeRequest &request, const JsonOptions &options)

@@ -70,6 +70,6 @@ int main(int argc, char **argv)
     {
         console.Print(std::string("error: ") + error.what());
     }
-    console.EndProgress();
+    console.ClearStatus();
     return program->Status(code);
 }

@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "core/gpb_protobuf_compat.h"
 #include "tool_error.h"
 
 namespace gpbtool
@@ -18,7 +19,7 @@ MessageView::MessageView(const pb::Descriptor &type, std::string_view bytes, con
     const bool fits = bytes.size() <= static_cast<std::size_t>(std::numeric_limits<int>::max());
     if (!fits || !message_->ParsePartialFromArray(bytes.data(), static_cast<int>(bytes.size())))
     {
-        throw ToolError(ExitCode::Input, source + ": no encoded message of type " + type.full_name(),
+        throw ToolError(ExitCode::Input, source + ": no encoded message of type " + GpbPbFullName(type),
                         "is it the right module and message, and is the file complete?");
     }
 }

@@ -57,11 +57,18 @@ void WriteDirectly(const std::string &path, std::string_view bytes)
     }
 }
 
-/** The mode that a plain new file gets here, which mkstemp does not use. */
-mode_t NewFileMode()
+/** Reading the mask means changing it for a moment, for all threads of the process. */
+mode_t ReadMask()
 {
     const mode_t mask = umask(0);
     umask(mask);
+    return mask;
+}
+
+/** The mode that a plain new file gets here, which mkstemp does not use. */
+mode_t NewFileMode()
+{
+    static const mode_t mask = ReadMask();
     return kFileMode & ~mask;
 }
 

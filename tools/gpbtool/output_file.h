@@ -10,7 +10,7 @@ namespace gpbtool
 
 /**
  * Writes `bytes` to a new file beside `path` and renames it to `path`, so that an earlier file is replaced as a whole.
- * What is no ordinary file, such as a device or a pipe, is written to directly.
+ * What is no ordinary file, such as a device or a pipe, is written to directly. Threads may write different files.
  *
  * @throws ToolError (Output)
  */

@@ -2,6 +2,8 @@
 
 #include <google/protobuf/compiler/importer.h>
 
+#include "proto_collector.h"
+
 namespace gpbtool
 {
 
@@ -9,23 +11,6 @@ namespace
 {
 
 namespace pbc = google::protobuf::compiler;
-
-class Collector : public pbc::MultiFileErrorCollector
-{
-public:
-    void AddError(const std::string &file, int line, int column, const std::string &message) override
-    {
-        // Protobuf counts from 0 and uses -1 where a problem has no place.
-        std::string where = file;
-        if (line >= 0)
-        {
-            where += ":" + std::to_string(line + 1) + ":" + std::to_string(column + 1);
-        }
-        problems.push_back(where + ": " + message);
-    }
-
-    std::vector<std::string> problems;
-};
 
 } // namespace
 
@@ -36,7 +21,7 @@ std::vector<std::string> FindProtoProblems(const std::vector<SearchPlace> &place
     {
         tree.MapPath("", place.directory);
     }
-    Collector collector;
+    ProtoCollector collector;
     pbc::Importer importer(&tree, &collector);
     if (importer.Import(module + ".proto") != nullptr)
     {

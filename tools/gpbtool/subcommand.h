@@ -47,10 +47,13 @@ public:
 std::vector<std::unique_ptr<Subcommand>> MakeSubcommands();
 
 std::unique_ptr<Subcommand> MakeEncodeCommand();
+std::unique_ptr<Subcommand> MakeBenchCommand();
 std::unique_ptr<Subcommand> MakeDecodeCommand();
 std::unique_ptr<Subcommand> MakeJsonCommand();
 std::unique_ptr<Subcommand> MakeAttrsCommand();
 std::unique_ptr<Subcommand> MakeModulesCommand();
+std::unique_ptr<Subcommand> MakeProtoCommand();
+std::unique_ptr<Subcommand> MakeCheckCommand();
 std::unique_ptr<Subcommand> MakeTemplateCommand();
 std::unique_ptr<Subcommand> MakeTemplateBuildCommand();
 std::unique_ptr<Subcommand> MakeTemplateShowCommand();

@@ -15,6 +15,7 @@
 #include "yang/records.h"
 #include "yang/schema.h"
 #include "yang/yang_error.h"
+#include "yang_request.h"
 
 namespace gpbtool
 {
@@ -29,20 +30,6 @@ struct PlatformMemoryDeleter
 {
     void operator()(std::uint8_t *bytes) const { ZMP_Free_F(bytes, kTag, kLineFree); }
 };
-
-ToolError AsToolError(const gpbyang::YangError &error)
-{
-    switch (error.Cause())
-    {
-    case gpbyang::Fault::Module:
-        return {ExitCode::Module, error.what(),
-                "name the directories of the module and of what it imports with --yang-path"};
-    case gpbyang::Fault::Path:
-        return {ExitCode::Module, error.what(), "give --path a container, list, notification or case"};
-    default:
-        return {ExitCode::Input, error.what(), "correct the map, or leave out --ids to number by rule"};
-    }
-}
 
 /** The node of the request, with its ids set. */
 const GpbYangNode &Target(const gpbyang::RecordTree &records, const TemplateRequest &request)

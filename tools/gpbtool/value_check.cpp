@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 
@@ -77,8 +78,8 @@ bool IsEnumValue(const pb::FieldDescriptor &field, const std::string &token)
     }
     // Special characters become two and are written without a bounds test.
     std::vector<char> name(GPB_NAME_SIZE + 2 + 2 * token.size() + 1, '\0');
-    const char *converted =
-        GpbXmlCompilerBase_EnumYang2Proto(token.c_str(), field.enum_type()->name().c_str(), name.data(), GPB_NAME_SIZE);
+    const char *converted = GpbXmlCompilerBase_EnumYang2Proto(token.c_str(), GpbPbName(*field.enum_type()).c_str(),
+                                                              name.data(), GPB_NAME_SIZE);
     return converted != nullptr && field.enum_type()->FindValueByName(converted) != nullptr;
 }
 
@@ -89,7 +90,7 @@ std::string EnumProblem(const pb::FieldDescriptor &field, const std::string &val
     {
         if (!IsEnumValue(field, token))
         {
-            return Quoted(token) + " is no value of enumeration " + field.enum_type()->name();
+            return Quoted(token) + " is no value of enumeration " + GpbPbName(*field.enum_type());
         }
     }
     return !field.is_repeated() && tokens.size() > 1 ? Quoted(value) + " are several values, the leaf takes one" : "";
@@ -127,7 +128,7 @@ std::string ValueProblem(const pb::FieldDescriptor &field, const std::string &va
     case pb::FieldDescriptor::CPPTYPE_MESSAGE:
         break;
     }
-    return good ? std::string() : Quoted(value) + " is no value of type " + field.type_name();
+    return good ? std::string() : Quoted(value) + " is no value of type " + GpbPbTypeName(field);
 }
 
 } // namespace gpbtool

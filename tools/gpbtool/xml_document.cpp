@@ -4,7 +4,9 @@
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 
-#include "input_file.h"
+#include <exception>
+#include <functional>
+
 #include "tool_error.h"
 
 namespace gpbtool
@@ -24,7 +26,7 @@ struct ParseLog
     int line = 0;
 };
 
-/** libxml2 hands errors to plain functions; one parse runs at a time. */
+/** libxml2 hands errors to a plain function, which each thread has one of. */
 void RememberFirstError(void *arg, xmlErrorPtr error)
 {
     auto *log = static_cast<ParseLog *>(arg);
@@ -76,17 +78,29 @@ struct ParserDeleter
     void operator()(xmlParserCtxt *parser) const { xmlFreeParserCtxt(parser); }
 };
 
-} // namespace
-
-void PrepareXmlParser()
+/** Where libxml2 gets the bytes of a document from: `read` gives up to `size` of them, 0 at the end. */
+struct ByteSource
 {
-    LIBXML_TEST_VERSION
-    xmlSetExternalEntityLoader(&RefuseExternalEntity);
+    std::function<std::size_t(char *buffer, std::size_t size)> read;
+    std::exception_ptr failure; /**< no exception may pass through libxml2, so it waits here */
+};
+
+int ReadFrom(void *arg, char *buffer, int size)
+{
+    auto *source = static_cast<ByteSource *>(arg);
+    try
+    {
+        return static_cast<int>(source->read(buffer, static_cast<std::size_t>(size)));
+    }
+    catch (...)
+    {
+        source->failure = std::current_exception();
+        return -1;
+    }
 }
 
-XmlDocument ReadXmlDocument(const std::string &path)
+XmlDocument Parse(ByteSource source, const std::string &path)
 {
-    const InputFile input(path);
     const std::unique_ptr<xmlParserCtxt, ParserDeleter> parser(xmlNewParserCtxt());
     if (parser == nullptr)
     {
@@ -94,8 +108,12 @@ XmlDocument ReadXmlDocument(const std::string &path)
     }
     ParseLog log;
     xmlSetStructuredErrorFunc(&log, &RememberFirstError);
-    XmlDocument doc(xmlCtxtReadFd(parser.get(), input.Descriptor(), path.c_str(), nullptr, kParseOptions));
+    XmlDocument doc(xmlCtxtReadIO(parser.get(), &ReadFrom, nullptr, &source, path.c_str(), nullptr, kParseOptions));
     xmlSetStructuredErrorFunc(nullptr, nullptr);
+    if (source.failure != nullptr)
+    {
+        std::rethrow_exception(source.failure);
+    }
 
     const xmlDoc *seen = doc != nullptr ? doc.get() : parser->myDoc;
     if (seen != nullptr && RefersToOutside(seen->intSubset))
@@ -110,6 +128,31 @@ XmlDocument ReadXmlDocument(const std::string &path)
                         "correct the document at that line; a file that ends early was cut");
     }
     return doc;
+}
+
+} // namespace
+
+void PrepareXmlParser()
+{
+    LIBXML_TEST_VERSION
+    xmlInitParser();
+    xmlSetExternalEntityLoader(&RefuseExternalEntity);
+}
+
+XmlDocument ReadXmlDocument(InputFile &input)
+{
+    return Parse({[&](char *buffer, std::size_t size) { return input.Read(buffer, size); }, nullptr}, input.Path());
+}
+
+XmlDocument ParseXmlText(std::string_view text, const std::string &path)
+{
+    const auto read = [text](char *buffer, std::size_t size) mutable
+    {
+        const std::size_t count = text.copy(buffer, size);
+        text.remove_prefix(count);
+        return count;
+    };
+    return Parse({read, nullptr}, path);
 }
 
 } // namespace gpbtool

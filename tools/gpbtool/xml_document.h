@@ -6,6 +6,9 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+
+#include "input_file.h"
 
 namespace gpbtool
 {
@@ -16,19 +19,21 @@ struct XmlDocDeleter
 };
 using XmlDocument = std::unique_ptr<xmlDoc, XmlDocDeleter>;
 
-/** Prepares libxml2 for the process; call once, before the first document. */
+/** Prepares libxml2 for the process; call once, on the main thread, before the first document. */
 void PrepareXmlParser();
 
 /**
- * Reads a document.
+ * Reads a document. Threads may read different ones.
  *
  * Entities that the document declares itself are replaced by their text within libxml2's limits; a document that
  * refers to an external DTD or entity is refused. CDATA becomes plain text.
  *
- * @param path  a file name, never a URL; "-" is standard input
  * @throws ToolError (Input) with file and line
  */
-XmlDocument ReadXmlDocument(const std::string &path);
+XmlDocument ReadXmlDocument(InputFile &input);
+
+/** The same for a text that was read from `path`. */
+XmlDocument ParseXmlText(std::string_view text, const std::string &path);
 
 } // namespace gpbtool
 
