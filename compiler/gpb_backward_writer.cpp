@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 void GpbBackwardWriter::Grow(size_t size)
 {
@@ -11,14 +12,18 @@ void GpbBackwardWriter::Grow(size_t size)
         throw std::length_error("more bytes than a message may have");
     }
     const size_t room = std::min(limit_, std::max(nextRoom_, written + size));
-    std::unique_ptr<char[]> larger(new char[room]);
-    char *const begin = larger.get() + room - written;
-    if (written != 0)
-    {
-        std::memcpy(begin, begin_, written);
-    }
-    nextRoom_ = room * 2;
+    std::string larger(room, '\0');
+    std::copy_n(begin_, written, larger.data() + room - written);
     buffer_ = std::move(larger);
-    room_ = room;
-    begin_ = begin;
+    first_ = buffer_.data();
+    end_ = first_ + room;
+    begin_ = end_ - written;
+    nextRoom_ = room + room / 2;
+}
+
+std::string GpbBackwardWriter::Take()
+{
+    buffer_.erase(0, static_cast<size_t>(begin_ - first_));
+    first_ = begin_ = end_ = nullptr;
+    return std::exchange(buffer_, std::string());
 }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <string>
 #include <string_view>
 
 /// Writes each thing before what was written last. A length stands before what it counts: written this way round, it is
@@ -52,9 +52,10 @@ public:
         }
     }
 
-    /// Bytes that have been written; they move when more are written.
-    std::string_view Written() const { return {begin_, Size()}; }
-    size_t Size() const { return static_cast<size_t>(buffer_.get() + room_ - begin_); }
+    size_t Size() const { return static_cast<size_t>(end_ - begin_); }
+
+    /// The bytes that have been written; the writer begins anew.
+    std::string Take();
 
 private:
     static constexpr uint64_t MORE = 0x80;
@@ -64,7 +65,7 @@ private:
 
     char *Extend(size_t size)
     {
-        if (static_cast<size_t>(begin_ - buffer_.get()) < size)
+        if (static_cast<size_t>(begin_ - first_) < size)
         {
             Grow(size);
         }
@@ -76,9 +77,10 @@ private:
 
     size_t limit_;
     size_t nextRoom_; ///< how large the buffer gets when it grows, at least
-    std::unique_ptr<char[]> buffer_;
-    size_t room_ = 0;
-    char *begin_ = nullptr; ///< of what has been written; it ends with the buffer
+    std::string buffer_;
+    char *first_ = nullptr; ///< of the buffer
+    char *begin_ = nullptr; ///< of what has been written
+    char *end_ = nullptr;   ///< of the buffer, and of what has been written
 };
 
 #endif

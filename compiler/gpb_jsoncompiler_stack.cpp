@@ -178,7 +178,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
                 GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GpbPushLayer(stStack, layer.pstMessage, *pstFileDesc, *found.field);
+    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
     return GPB_COMPILER_OK;
 }
 

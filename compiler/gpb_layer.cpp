@@ -43,10 +43,9 @@ bool Serialize(const Message &message, std::string &buffer)
     {
         return message.SerializeToString(&buffer);
     }
-    // Bytes take less room than the values that they are made of, but for long texts.
-    GpbBackwardWriter writer(MAX_MESSAGE_SIZE, record->MemoryTaken() / 2);
+    GpbBackwardWriter writer(MAX_MESSAGE_SIZE, record->ExpectedBytes());
     GpbWriteRecord(*record, writer);
-    buffer.assign(writer.Written());
+    buffer = writer.Take();
     return true;
 }
 
@@ -110,16 +109,16 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
     layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
 }
 
-void GpbPushLayer(GpbCompilerStack &stack, Message *message, const FileDescriptor &file, const FieldDescriptor &field)
+GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const FieldDescriptor &field)
 {
     const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
     GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
     layer.strXPath.clear();
     layer.strXPath.reserve(upper.strXPath.size() + 1 + GpbPbName(field).size());
-    GpbAppendXPath(layer, &upper, file, field);
     layer.pstDescriptor = field.message_type();
     layer.pstMessage = message;
     ++stack.uiLayerNum;
+    return layer;
 }
 
 std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const FieldDescriptor &field)

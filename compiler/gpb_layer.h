@@ -48,10 +48,10 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// Opens a layer on a stack that has room for it, above the top layer, for its field `field`. The slot's path keeps its
-/// memory, so that the layers of a list need it once.
-void GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
-                  const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
+/// Puts a layer for `field` on a stack that has a top layer and room for another one. Its path is empty and has the
+/// room that it needs: a slot keeps the memory of its path, so that the entries of a list need it once.
+GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
+                                    const google::protobuf::FieldDescriptor &field);
 
 /// The path of the layer of `field` below `upper`, for a log line.
 std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const google::protobuf::FieldDescriptor &field);

@@ -17,14 +17,14 @@ GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const Gpb
     : type_(type), arena_(arena), parent_(parent)
 {
     const size_t words = WordCount(type);
-    const size_t fields = type.FieldCount();
+    const size_t values = type.ValueCount();
     const size_t choices = type.ChoiceCount();
     char *memory = static_cast<char *>(
-        arena->Take(words * sizeof(uint64_t) + fields * sizeof(GpbRecordValue) + choices * sizeof(uint32_t)));
+        arena->Take(words * sizeof(uint64_t) + values * sizeof(GpbRecordValue) + choices * sizeof(uint32_t)));
     present_ = new (memory) uint64_t[words]();
     memory += words * sizeof(uint64_t);
-    values_ = new (memory) GpbRecordValue[fields];
-    memory += fields * sizeof(GpbRecordValue);
+    values_ = new (memory) GpbRecordValue[values];
+    memory += values * sizeof(GpbRecordValue);
     cases_ = new (memory) uint32_t[choices]();
 }
 
@@ -41,6 +41,7 @@ void GpbRecord::Store(const FieldDescriptor *field, std::string_view text)
     GpbRecordValue value = {};
     value.text = copy;
     Put(type_.PlaceOf(field), value, !text.empty());
+    arena_->Expect(text.size() + LENGTH_BYTES);
 }
 
 GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
@@ -49,11 +50,12 @@ GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
     const GpbRecordField &described = type_.FieldAt(place);
     if (!described.isRepeated && IsPresent(place))
     {
-        return values_[place].record;
+        return values_[described.valueIndex].record;
     }
     GpbRecordValue value = {};
     value.record = new (arena_->Take(sizeof(GpbRecord))) GpbRecord(*described.type, arena_, this);
     Put(place, value, true);
+    arena_->Expect(LENGTH_BYTES);
     return value.record;
 }
 
@@ -64,7 +66,7 @@ const GpbRecord *GpbRecord::CaseOf(const OneofDescriptor *choice) const
     {
         return nullptr;
     }
-    return values_[entered - 1].record;
+    return values_[type_.FieldAt(entered - 1).valueIndex].record;
 }
 
 bool GpbRecord::IsWithin(const GpbRecord &other) const
@@ -111,10 +113,11 @@ bool GpbRecord::IsWhole() const
     return isWhole;
 }
 
-void GpbRecord::Append(uint32_t place, GpbRecordValue value)
+void GpbRecord::Append(const GpbRecordField &field, uint32_t place, GpbRecordValue value)
 {
-    GpbRecordCell *previous = IsPresent(place) ? values_[place].last : nullptr;
-    values_[place].last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
+    GpbRecordValue &values = values_[field.valueIndex];
+    GpbRecordCell *previous = IsPresent(place) ? values.last : nullptr;
+    values.last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
     SetPresent(place, true);
 }
 

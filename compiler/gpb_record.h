@@ -86,6 +86,7 @@ public:
         GpbRecordValue value = {};
         value.number = number;
         Put(type_.PlaceOf(field), value, number != 0);
+        arena_->Expect(NUMBER_BYTES);
     }
 
     void Store(const google::protobuf::FieldDescriptor *field, std::string_view text);
@@ -99,8 +100,8 @@ public:
     /// Whether this is `other` or lies in it.
     bool IsWithin(const GpbRecord &other) const;
 
-    /// Bytes of memory that the document has taken.
-    size_t MemoryTaken() const { return arena_->Taken(); }
+    /// About how many bytes the document will have.
+    size_t ExpectedBytes() const { return arena_->Expected(); }
 
     /// Whether no required field is missing, here and in what lies in it.
     bool IsWhole() const;
@@ -116,7 +117,8 @@ public:
                 const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
                 bits &= ~(UINT64_C(1) << bit);
                 const size_t place = word * WORD_BITS + bit;
-                visit(type_.FieldAt(place), values_[place]);
+                const GpbRecordField &field = type_.FieldAt(place);
+                visit(field, values_[field.valueIndex]);
             }
         }
     }
@@ -131,6 +133,10 @@ protected:
 private:
     static constexpr size_t WORD_BITS = 64;
     static constexpr unsigned HIGHEST_BIT = 63;
+
+    // Bytes of a number with its tag, and of a tag and a length, as far as most documents go.
+    static constexpr size_t NUMBER_BYTES = 5;
+    static constexpr size_t LENGTH_BYTES = 4;
 
     GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent);
 
@@ -150,25 +156,25 @@ private:
         const GpbRecordField &field = type_.FieldAt(place);
         if (field.isRepeated)
         {
-            Append(place, value);
+            Append(field, place, value);
             return;
         }
         if (field.choice != 0)
         {
             EnterCase(field.choice, place);
         }
-        values_[place] = value;
+        values_[field.valueIndex] = value;
         SetPresent(place, isSomething || field.hasPresence);
     }
 
-    void Append(uint32_t place, GpbRecordValue value);
+    void Append(const GpbRecordField &field, uint32_t place, GpbRecordValue value);
     void EnterCase(uint32_t choice, uint32_t place);
 
     const GpbRecordType &type_;
     GpbRecordArena *arena_; ///< owned by the top record
     const GpbRecord *parent_;
     uint64_t *present_;      ///< a bit for each place
-    GpbRecordValue *values_; ///< by place; undefined where nothing is present
+    GpbRecordValue *values_; ///< by the fields' value indexes; undefined where nothing is present
     uint32_t *cases_;        ///< by choice: the place of its last case and 1, or 0
 };
 

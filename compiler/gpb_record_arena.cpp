@@ -23,12 +23,12 @@ GpbRecordArena::~GpbRecordArena()
 
 void GpbRecordArena::AddBlock(size_t size)
 {
-    const size_t usual = blockSize_ == 0 ? FIRST_BLOCK : std::min(blockSize_ * 2, LARGEST_BLOCK);
+    // A quarter of what is there, so that little is left over in the end.
+    const size_t usual = std::clamp(taken_ / 4, FIRST_BLOCK, LARGEST_BLOCK);
     const size_t needed = size + sizeof(Block);
     const size_t blockSize = std::max(usual, needed);
     char *const memory = static_cast<char *>(::operator new(blockSize));
     newest_ = new (memory) Block{newest_};
     next_ = memory + sizeof(Block);
     left_ = blockSize - sizeof(Block);
-    blockSize_ = usual;
 }

@@ -31,8 +31,9 @@ public:
         return piece;
     }
 
-    /// Bytes that were handed out.
-    size_t Taken() const { return taken_; }
+    /// Adds up bytes that the values will be written as, by their owners' guess.
+    void Expect(size_t bytes) { expected_ += bytes; }
+    size_t Expected() const { return expected_; }
 
 private:
     static constexpr size_t ALIGNMENT = 8;
@@ -48,8 +49,8 @@ private:
     Block *newest_ = nullptr;
     char *next_ = nullptr;
     size_t left_ = 0;
-    size_t blockSize_ = 0;
-    size_t taken_ = 0;
+    size_t taken_ = 0; ///< bytes that were handed out
+    size_t expected_ = 0;
 };
 
 #endif

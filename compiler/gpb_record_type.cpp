@@ -88,8 +88,11 @@ GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : d
               [](const GpbRecordField &left, const GpbRecordField &right)
               { return left.field->number() < right.field->number(); });
     places_.resize(count);
+    valueCount_ = ChoiceCount();
     for (size_t place = 0; place < count; ++place)
     {
+        GpbRecordField &field = fields_[place];
+        field.valueIndex = field.choice == 0 ? static_cast<uint32_t>(valueCount_++) : field.choice - 1;
         places_[static_cast<size_t>(fields_[place].field->index())] = static_cast<uint32_t>(place);
     }
 }

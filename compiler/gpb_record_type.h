@@ -36,6 +36,7 @@ struct GpbRecordField
     bool isRequired = false;
     bool hasPresence = false; ///< written whenever it was set; else only when it is not zero
     uint32_t choice = 0;      ///< number of its oneof, counted from 1; 0 outside of oneofs
+    uint32_t valueIndex = 0;  ///< where records keep its value; the cases of a choice share one place
 };
 
 /// The fields of a message type in the order of their numbers, which is the order in which they are written. A field's
@@ -67,6 +68,7 @@ public:
     const google::protobuf::Descriptor *Descriptor() const { return descriptor_; }
     const GpbRecordField &FieldAt(size_t place) const { return fields_[place]; }
     size_t FieldCount() const { return fields_.size(); }
+    size_t ValueCount() const { return valueCount_; }
     size_t ChoiceCount() const { return static_cast<size_t>(descriptor_->real_oneof_decl_count()); }
 
     const GpbRecordField &FieldOf(const google::protobuf::FieldDescriptor *field) const
@@ -85,6 +87,7 @@ private:
 
     const google::protobuf::Descriptor *descriptor_;
     bool mayReachRequired_ = false;
+    size_t valueCount_ = 0;
     std::vector<GpbRecordField> fields_;
     std::vector<uint32_t> places_; ///< by the index in the descriptor
     std::unordered_map<const google::protobuf::EnumDescriptor *, GpbEnumNames> enums_; ///< its elements never move

@@ -121,7 +121,7 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
                 GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GpbPushLayer(stStack, layer.pstMessage, *pstFileDesc, *found.field);
+    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
     return GPB_COMPILER_OK;
 }
 

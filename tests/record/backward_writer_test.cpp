@@ -29,10 +29,12 @@ TEST(BackwardWriter, WritesEachThingBeforeTheLastOne)
     writer.Fixed(UINT64_C(0xFF01020304), sizeof(uint32_t));
     writer.Text("");
     writer.Varint(300);
+    EXPECT_EQ(17U, writer.Size());
+    const std::string written = writer.Take();
+    EXPECT_EQ(0U, writer.Size());
     EXPECT_EQ(std::string("\xAC\x02\x04\x03\x02\x01\x08\x07\x06\x05\x04\x03\x02\x01"
                           "end"),
-              writer.Written());
-    EXPECT_EQ(17U, writer.Size());
+              written);
 }
 
 TEST(BackwardWriter, WritesVarintsOfEverySize)
@@ -43,7 +45,7 @@ TEST(BackwardWriter, WritesVarintsOfEverySize)
         {
             GpbBackwardWriter writer(MANY, 1);
             writer.Varint(value);
-            EXPECT_EQ(Forward(value), writer.Written()) << value;
+            EXPECT_EQ(Forward(value), writer.Take()) << value;
         }
     }
 }
@@ -60,7 +62,7 @@ TEST(BackwardWriter, GrowsFromAnyRoom)
             writer.Text(text);
             written.insert(0, text);
         }
-        EXPECT_EQ(written, writer.Written());
+        EXPECT_EQ(written, writer.Take());
     }
 }
 
