@@ -1,4 +1,6 @@
 /** Contexts are independent of each other: each thread lives its own library life. */
+#include "gpb_templatelib/gpb_template.h"
+#include "platform/zmp.h"
 #include "support/run_together.h"
 #include "thread_life.h"
 
@@ -43,13 +45,18 @@ protected:
             const FaultRecords records;
             for (int i = 0; i < kTemplates; ++i)
             {
-                const FaultResult result = generateTemplate(context, records);
-                told += result.isDone ? result.bytes : "nothing";
-                ObjTree tree =
-                    GPBLIB_ObjTree_Read(reinterpret_cast<const uint8_t *>(result.bytes.data()),
-                                        static_cast<uint32_t>(result.bytes.size()), nullptr, kModuleId, context);
+                uint8_t *bytes = nullptr;
+                uint16_t length = 0;
+                uint32_t classId = 0;
+                GPBLIB_GetClassIdFromYangNode(context, records.target(), &classId);
+                GPBLIB_UpdateProtoFileClassInfo(context, kFaultModule, 0, "/top/list", records.target());
+                GPBLIB_DumpProtoFileData(context, "/top/list", classId, &bytes, &length);
+                told += bytes == nullptr ? "nothing" : std::string(reinterpret_cast<const char *>(bytes), length);
+                ObjTree tree = GPBLIB_ObjTree_Read(bytes, length, nullptr, kModuleId, context);
                 GPBLIB_ObjTree_Print(tree, context);
                 GPBLIB_ObjTree_Delete(&tree);
+                ZMP_Free_F(bytes, "threads", 1);
+                forgetTemplates(context);
             }
         }
         GPBLIB_Uninitial(context);
