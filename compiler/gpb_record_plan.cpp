@@ -25,9 +25,10 @@ std::vector<const Descriptor *> UnknownTypes(const Descriptor *top, KnownTypes &
         }
     };
     add(top);
-    for (size_t next = 0; next < unknown.size(); ++next)
+    size_t next = 0;
+    while (next < unknown.size())
     {
-        const Descriptor *type = unknown[next];
+        const Descriptor *type = unknown[next++]; // others are added meanwhile
         for (int i = 0; i < type->field_count(); ++i)
         {
             add(type->field(i)->message_type());

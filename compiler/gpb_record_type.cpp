@@ -1,6 +1,7 @@
 #include "compiler/gpb_record_type.h"
 
 #include <algorithm>
+#include <google/protobuf/descriptor.pb.h>
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;

@@ -23,7 +23,7 @@ void GpbNameMap::Add(std::string_view name, uint32_t number)
     names_.append(name);
     const size_t mask = buckets_.size() - 1;
     const uint64_t hash = HashOf(name);
-    size_t i = static_cast<size_t>(hash >> hashShift_);
+    auto i = static_cast<size_t>(hash >> hashShift_);
     while (buckets_[i].number != NOTHING)
     {
         i = (i + 1) & mask;

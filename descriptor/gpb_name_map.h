@@ -27,7 +27,7 @@ public:
     {
         const size_t mask = buckets_.size() - 1;
         const uint64_t hash = HashOf(name);
-        for (size_t i = static_cast<size_t>(hash >> hashShift_);; i = (i + 1) & mask)
+        for (auto i = static_cast<size_t>(hash >> hashShift_);; i = (i + 1) & mask)
         {
             const Bucket &bucket = buckets_[i];
             if (bucket.number == NOTHING || (bucket.hash == hash && IsSame(bucket.name, name)))
