@@ -187,12 +187,12 @@ private:
         if (sees('?'))
         {
             ++m_at;
-            return m_random.below(2);
+            return m_random.sizeBelow(2);
         }
         if (sees('*') || sees('+'))
         {
             const std::size_t least = m_pattern[m_at++] == '+' ? 1 : 0;
-            return least + m_random.below(kFew);
+            return least + m_random.sizeBelow(kFew);
         }
         if (!sees('{'))
         {
@@ -207,7 +207,7 @@ private:
             most = sees('}') ? least + kFew : number();
         }
         m_at += sees('}') ? 1 : 0;
-        return least + m_random.below(most > least ? most - least + 1 : 1);
+        return least + m_random.sizeBelow(most > least ? most - least + 1 : 1);
     }
 
     std::size_t number()

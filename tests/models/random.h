@@ -2,6 +2,7 @@
 #ifndef GPB_TESTS_MODELS_RANDOM_H
 #define GPB_TESTS_MODELS_RANDOM_H
 
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -17,6 +18,9 @@ public:
     /** From 0 to `bound` - 1; 0 for a bound of 0. */
     std::uint64_t below(std::uint64_t bound) { return bound == 0 ? 0 : m_engine() % bound; }
 
+    /** The same for sizes and positions. */
+    std::size_t sizeBelow(std::size_t bound) { return static_cast<std::size_t>(below(bound)); }
+
     /** From `least` to `most`, both included. */
     std::int64_t between(std::int64_t least, std::int64_t most)
     {
@@ -30,7 +34,7 @@ public:
     template <typename Item>
     const Item &of(const std::vector<Item> &items)
     {
-        return items[below(items.size())];
+        return items[sizeBelow(items.size())];
     }
 
 private:

@@ -200,7 +200,7 @@ std::string ValueMaker::string(const lysc_type &type)
     std::string text;
     for (std::uint64_t i = lengthOf(string.length, m_random); i > 0; --i)
     {
-        text += characters[m_random.below(characters.size())];
+        text += characters[m_random.sizeBelow(characters.size())];
     }
     return text;
 }
@@ -229,11 +229,11 @@ std::string ValueMaker::binary(const lysc_type &type)
     for (std::uint64_t i = 0; i < bytes; i += 3)
     {
         const std::uint64_t left = bytes - i;
-        text += kAlphabet[m_random.below(64)];
+        text += kAlphabet[m_random.sizeBelow(64)];
         // What stands for no byte is zero.
-        text += kAlphabet[left == 1 ? m_random.below(4) * 16 : m_random.below(64)];
-        text += left == 1 ? '=' : kAlphabet[left == 2 ? m_random.below(16) * 4 : m_random.below(64)];
-        text += left <= 2 ? '=' : kAlphabet[m_random.below(64)];
+        text += kAlphabet[left == 1 ? m_random.sizeBelow(4) * 16 : m_random.sizeBelow(64)];
+        text += left == 1 ? '=' : kAlphabet[left == 2 ? m_random.sizeBelow(16) * 4 : m_random.sizeBelow(64)];
+        text += left <= 2 ? '=' : kAlphabet[m_random.sizeBelow(64)];
     }
     return text;
 }

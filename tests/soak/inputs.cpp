@@ -21,7 +21,9 @@ constexpr size_t kMaxPiece = 64;
 /** A piece of a text: up to kMaxPiece bytes from anywhere in it. */
 std::string pieceOf(const std::string &text, Random &random)
 {
-    return text.empty() ? "" : text.substr(random() % text.size(), random() % kMaxPiece);
+    return text.empty()
+               ? ""
+               : text.substr(static_cast<size_t>(random() % text.size()), static_cast<size_t>(random() % kMaxPiece));
 }
 
 } // namespace
@@ -48,7 +50,7 @@ Inputs::Inputs(const std::string &target)
 std::string Inputs::next(Random &random) const
 {
     std::string input = any(random);
-    for (size_t changes = random() % (kMaxChanges + 1); changes > 0; --changes)
+    for (size_t changes = static_cast<size_t>(random() % (kMaxChanges + 1)); changes > 0; --changes)
     {
         change(input, random);
     }
@@ -58,7 +60,7 @@ std::string Inputs::next(Random &random) const
 
 void Inputs::change(std::string &input, Random &random) const
 {
-    const size_t position = input.empty() ? 0 : random() % input.size();
+    const size_t position = input.empty() ? 0 : static_cast<size_t>(random() % input.size());
     switch (random() % 4)
     {
     case 0:

@@ -24,7 +24,7 @@ public:
     std::string next(Random &random) const;
 
 private:
-    const std::string &any(Random &random) const { return m_files[random() % m_files.size()]; }
+    const std::string &any(Random &random) const { return m_files[static_cast<size_t>(random() % m_files.size())]; }
     void change(std::string &input, Random &random) const;
 
     std::vector<std::string> m_files;

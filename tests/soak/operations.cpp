@@ -105,7 +105,7 @@ void Operations::runOne()
     const uint64_t choice = m_random() % (2 * m_targets.size() + 3);
     if (choice < 2 * m_targets.size())
     {
-        Target &target = m_targets[choice / 2];
+        Target &target = m_targets[static_cast<size_t>(choice / 2)];
         run(target, target.inputs.next(m_random));
     }
     else
