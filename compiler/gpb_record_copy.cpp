@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "compiler/gpb_record_writer.h"
+#include "compiler/gpb_sub_message.h"
 
 using google::protobuf::FieldDescriptor;
 using google::protobuf::Message;
@@ -68,8 +69,8 @@ void CopyValue(const Setting &to, GpbRecordValue value)
         to.Take(std::string(value.text->View()), &Reflection::SetString, &Reflection::AddString);
         break;
     case FieldDescriptor::CPPTYPE_MESSAGE:
-        GpbCopyRecord(*value.record, *(to.field->is_repeated() ? to.reflection.AddMessage(&to.message, to.field)
-                                                               : to.reflection.MutableMessage(&to.message, to.field)));
+        GpbCopyRecord(*value.record, *(to.field->is_repeated() ? GpbAddSubMessage(&to.message, to.field)
+                                                               : GpbMutableSubMessage(&to.message, to.field)));
         break;
     }
 }

@@ -9,6 +9,7 @@
 //                                                                                           GpbPbLogSilencer
 //       a fatal error ends the process instead of throwing. The library relies on no exception but std::bad_alloc: it
 //       asks before it calls what could fail so                                             none
+//       messages implement other functions than New, GetCachedSize and GetMetadata           GpbRecord
 //   30  texts of descriptors are string views                                               GpbPbText, GpbPbTypeName
 #ifndef GPB_CORE_GPB_PROTOBUF_COMPAT_H
 #define GPB_CORE_GPB_PROTOBUF_COMPAT_H

@@ -5,6 +5,7 @@
 #include "core/gpb_barrier.h"
 #include "core/gpb_memory.h"
 #include "core/gpb_protobuf_compat.h"
+#include "core/gpb_template_proto_file.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "platform/safe_string.h"
@@ -88,7 +89,7 @@ const FileDescriptor *Gpb_ModuleAdapt_GetFileHandle(const GpbLibContext *pstCtx,
     return GpbNoThrow<const FileDescriptor *>(nullptr,
                                               [&]() -> const FileDescriptor *
                                               {
-                                                  const std::string fileName = std::string(pcModuleName) + ".proto";
+                                                  const std::string fileName = GpbProtoFileName(pcModuleName);
                                                   const GpbProtoFileInfo *info =
                                                       GPBLIB_GetProtoFdByFileName(fileName.c_str(), pstCtx);
                                                   return info == nullptr ? nullptr : info->pstFileDesc;

@@ -188,6 +188,13 @@ void checkEnumName(const std::string &type, const std::string &value)
     require(expected == name, "EnumYang2Proto");
 }
 
+void checkReplace(const std::string &text, char from, char to)
+{
+    std::vector<char> buffer = bufferOf(text);
+    require(GPBLIB_ChrReplace(buffer.data(), from, to) == 0, "ChrReplace's result");
+    require(buffer.data() == replaced(text, from, to), "ChrReplace");
+}
+
 void checkCopy(const std::string &text)
 {
     uint32_t length = 0;
@@ -232,6 +239,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         checkContainerName(text, noSuffix);
         checkBounded(text, room);
         checkCopy(text);
+        checkReplace(text, '-', '_');
+        checkReplace(text, text.empty() ? 'a' : text.back(), '/');
     }
     // The table of special characters is filled by the first compiler.
     GpbXmlCompiler_Destory(GpbXmlCompiler_CreateCompiler(gpbfuzz::library(), "everything-three"));

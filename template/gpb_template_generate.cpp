@@ -3,6 +3,7 @@
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "core/gpb_template_proto_file.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_template.h"
 #include "platform/vec.h"
@@ -93,7 +94,7 @@ GpbTemplateInfo *StartTemplate(GpbLibContext *context, const GpbYangNode *target
 uint32_t ClassInfoOfLoadedFile(GpbLibContext *context, const char *moduleName, const char *path,
                                const GpbYangNode *node)
 {
-    const std::string fileName = std::string(moduleName) + ".proto";
+    const std::string fileName = GpbProtoFileName(moduleName);
     const GpbProtoFileInfo *file = GPBLIB_GetProtoFdByFileName(fileName.c_str(), context);
     // A file that failed to load has a record, but no descriptor.
     if (file == nullptr || file->pstFileDesc == nullptr)

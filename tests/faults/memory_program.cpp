@@ -16,6 +16,7 @@
 
 #include "faults/fault_life.h"
 #include "faults/process_memory.h"
+#include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_host.h"
 #include "platform/zmp.h"
@@ -149,6 +150,56 @@ TEST_F(MemoryFaults, JsonToGpb)
                                            item);
             });
     }
+}
+
+/** One item of each kind, made on its own and added, or made as a member. */
+FaultResult jsonItems()
+{
+    FaultResult result;
+    cJSON *const object = GpbLib_Json_AllocObject(1);
+    cJSON *const array = GpbLib_Json_AllocArray(1);
+    cJSON *const items[] = {GpbLib_Json_AllocTrue(1), GpbLib_Json_AllocFalse(1), GpbLib_Json_AllocNumber(1, 1.5),
+                            GpbLib_Json_AllocString(1, "text")};
+    void *const memory = GpbLib_Json_Malloc(8);
+    bool isDone = object != nullptr && array != nullptr && memory != nullptr;
+    GpbLib_Json_Free(memory);
+    for (cJSON *const item : items)
+    {
+        const bool isAdded = item != nullptr && GpbLib_Json_AddItemToArray(1, array, item) != 0;
+        if (!isAdded)
+        {
+            GpbLib_Json_NodeFree(item);
+        }
+        isDone = isDone && isAdded;
+    }
+    if (array != nullptr && GpbLib_Json_AddItemToObject(1, object, "list", array) == 0)
+    {
+        GpbLib_Json_NodeFree(array);
+        isDone = false;
+    }
+    const cJSON *const members[] = {
+        GpbLib_Json_ObjectAddTrue(1, object, "a"),      GpbLib_Json_ObjectAddFalse(1, object, "b"),
+        GpbLib_Json_ObjectAddNumber(1, object, "c", 2), GpbLib_Json_ObjectAddString(1, object, "d", "text"),
+        GpbLib_Json_ObjectAddRaw(1, object, "e", "[]"), GpbLib_Json_ObjectAddObject(1, object, "f"),
+        GpbLib_Json_ObjectAddArray(1, object, "g")};
+    for (const cJSON *const member : members)
+    {
+        isDone = isDone && member != nullptr;
+    }
+    char *const text = GpbLib_Json_EncodeUnformatted(1, object);
+    result.isDone = isDone && text != nullptr;
+    if (result.isDone)
+    {
+        result.add(text);
+    }
+    ZMP_Free_F(text, "faults", 1);
+    GpbLib_Json_NodeFree(object);
+    return result;
+}
+
+TEST_F(MemoryFaults, JsonItems)
+{
+    failEach(jsonItems);
 }
 
 // With memory again the compiler either encodes, or says that it cannot any more: types may have been made half.

@@ -37,8 +37,8 @@ size_t heapBytes()
 
 std::string growthText(const char *what, size_t before, size_t now)
 {
-    return std::string(what) + " memory: " + std::to_string(before) + " bytes after the warm-up, " +
-           std::to_string(now) + " bytes now";
+    return std::string(what) + " memory: " + std::to_string(before) + " bytes before, " + std::to_string(now) +
+           " bytes now";
 }
 
 } // namespace
@@ -48,11 +48,16 @@ MemorySample sampleMemory()
     return {residentBytes(), heapBytes(), GpbHost_LiveBytes()};
 }
 
-void MemoryWatch::warmUp(const MemorySample &sample)
+MemoryWatch::MemoryWatch(size_t ledger)
+{
+    m_measure.ledger = ledger;
+}
+
+std::string MemoryWatch::warmUp(const MemorySample &sample)
 {
     m_measure.resident = std::max(m_measure.resident, sample.resident);
     m_measure.heap = std::max(m_measure.heap, sample.heap);
-    m_measure.ledger = sample.ledger;
+    return findGrowth(sample);
 }
 
 std::string MemoryWatch::findGrowth(const MemorySample &sample) const

@@ -125,7 +125,7 @@ int soak(const Options &options)
     std::printf("soak: seed %llu, %.1f s\n", static_cast<unsigned long long>(options.seed), options.seconds);
     gpbsoak::Operations operations(options.seed);
     operations.runAll();
-    gpbsoak::MemoryWatch watch;
+    gpbsoak::MemoryWatch watch(gpbsoak::sampleMemory().ledger);
     const Clock::time_point start = Clock::now();
     std::string growth;
     MemorySample sample;
@@ -139,14 +139,8 @@ int soak(const Options &options)
         }
         sample = gpbsoak::sampleMemory();
         elapsed = std::chrono::duration<double>(Clock::now() - start).count();
-        if (elapsed < kWarmUpPart * options.seconds || watch.measure().resident == 0)
-        {
-            watch.warmUp(sample);
-        }
-        else
-        {
-            growth = watch.findGrowth(sample);
-        }
+        const bool isWarmUp = elapsed < kWarmUpPart * options.seconds || watch.measure().resident == 0;
+        growth = isWarmUp ? watch.warmUp(sample) : watch.findGrowth(sample);
     } while (growth.empty() && elapsed < options.seconds);
     printSummary(operations, watch.measure(), sample);
     std::printf("soak: %s%s\n", growth.empty() ? "flat" : "FAILED: ", growth.c_str());
