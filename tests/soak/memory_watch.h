@@ -23,7 +23,7 @@ class MemoryWatch
 public:
     /**
      * How much more than in the warm-up: the heap may lie in other pieces, and what a context works out once and keeps,
-     * the names of a message type in a layer, may first be asked for later. All of these names take about 1 MiB.
+     * the names of a message type in a layer, may first be asked for later.
      */
     static constexpr size_t kResidentRoom = size_t{4} << 20;
     static constexpr size_t kHeapRoom = size_t{256} << 10;
