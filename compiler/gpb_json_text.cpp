@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <stdexcept>
 #include <utility>
 
 namespace
@@ -130,6 +131,7 @@ bool GpbJsonText::Append(const cJSON *item)
 const char *GpbJsonText::Terminated()
 {
     *Begin(1) = '\0';
+    RefuseTooLong();
     return buffer_.get();
 }
 
@@ -211,8 +213,17 @@ void GpbJsonText::AppendPlain(const char *string)
     Finish(std::copy_n(string, length, Begin(length)));
 }
 
+void GpbJsonText::RefuseTooLong() const
+{
+    if (size_ >= MAX_SIZE)
+    {
+        throw std::length_error("JSON text");
+    }
+}
+
 void GpbJsonText::Grow(size_t most)
 {
+    RefuseTooLong();
     const size_t capacity = std::max({FIRST_CAPACITY, capacity_ * 2, size_ + most});
     std::unique_ptr<char[]> buffer(new char[capacity]);
     std::copy_n(buffer_.get(), size_, buffer.get());

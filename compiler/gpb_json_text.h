@@ -3,6 +3,7 @@
 #define GPB_COMPILER_GPB_JSON_TEXT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 struct cJSON;
@@ -14,13 +15,17 @@ class GpbJsonText
 {
 public:
     /// Appends a tree; false for one that cannot be printed. Calls itself once for each of the containers in each
-    /// other, of which there are at most GPB_JSON_MAX_DEPTH. A lack of memory is thrown.
+    /// other, of which there are at most GPB_JSON_MAX_DEPTH. A lack of memory is thrown, and so is a text that is
+    /// longer than cJSON makes them.
     bool Append(const cJSON *item);
 
     /// The text so far, with a terminator.
     const char *Terminated();
 
 private:
+    // With its terminator a text is no longer than an int counts.
+    static constexpr size_t MAX_SIZE = INT32_MAX;
+
     bool AppendObject(const cJSON *object);
     bool AppendArray(const cJSON *array);
     void AppendNumber(double number);
@@ -42,6 +47,7 @@ private:
         return buffer_.get() + size_;
     }
     void Grow(size_t most);
+    void RefuseTooLong() const;
     void Finish(const char *end) { size_ = static_cast<size_t>(end - buffer_.get()); }
 
     std::unique_ptr<char[]> buffer_;

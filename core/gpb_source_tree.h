@@ -36,4 +36,7 @@ private:
 std::shared_ptr<void> GpbDerivedOf(const GpbLibContext *context, const GpbPbImporter *importer,
                                    const std::function<std::shared_ptr<void>()> &make);
 
+/// Forgets what is kept with a context.
+void GpbDropDerived(const GpbLibContext *context);
+
 #endif

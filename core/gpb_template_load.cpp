@@ -6,6 +6,7 @@
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
+#include "core/gpb_source_tree.h"
 #include "core/gpb_template_proto_file.h"
 #include "core/gpb_template_tag.h"
 #include "gpb_templatelib/gpb_lib.h"
@@ -46,6 +47,9 @@ uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
     {
         return 1;
     }
+    // The importer may be another one by now, at the place of the last: hosts can put one of their own there. Whatever
+    // was derived from its descriptors is made anew.
+    GpbDropDerived(context);
     const std::optional<const GpbPbFileDescriptor *> answer = Import(context, fileName);
     if (!answer.has_value())
     {

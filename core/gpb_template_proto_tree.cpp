@@ -53,6 +53,8 @@ void MapAllPaths(GpbLibContext *context, GpbPbSourceTree &tree)
     tree.MapPath("", directory.text);
 }
 
+} // namespace
+
 void GpbDropDerived(const GpbLibContext *context)
 {
     auto *tree = dynamic_cast<GpbSourceTree *>(context->pstSourceTree);
@@ -61,8 +63,6 @@ void GpbDropDerived(const GpbLibContext *context)
         tree->DropDerived();
     }
 }
-
-} // namespace
 
 std::shared_ptr<void> GpbDerivedOf(const GpbLibContext *context, const GpbPbImporter *importer,
                                    const std::function<std::shared_ptr<void>()> &make)

@@ -237,6 +237,12 @@ TEST_F(RecordTest, ThePlanGoesWithItsImporter)
     context()->pstImporter = nullptr;
     writeProto("m", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 3; }");
     EXPECT_EQ("\x18\x01", encodeLeaf(context()));
+    // So does one that is replaced, though the new one may lie where the old one lay.
+    GPBLIB_UnloadProtoFile(context(), "m");
+    delete context()->pstImporter;
+    context()->pstImporter = new google::protobuf::compiler::Importer(context()->pstSourceTree, nullptr);
+    writeProto("m", "syntax = 'proto3'; package m; message Top { int32 a_leaf = 4; }");
+    EXPECT_EQ("\x20\x01", encodeLeaf(context()));
 }
 
 TEST_F(RecordTest, ACompilerOverAnotherImporterHasAPlanOfItsOwn)
