@@ -23,6 +23,7 @@ Number GpbReadInteger(const char *text, Number (*read)(const char *, char **, in
 inline double GpbReadDouble(const char *text)
 {
     const char digit = *text == '-' ? text[1] : *text;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): strtod looks at the same locale, and nothing of the answer is kept
     if (digit >= '0' && digit <= '9' && *nl_langinfo(RADIXCHAR) == '.')
     {
         double value = 0;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <google/protobuf/descriptor.pb.h>
 
-using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 

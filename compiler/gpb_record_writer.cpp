@@ -1,8 +1,6 @@
 // Records as bytes of the wire format.
 #include "compiler/gpb_record_writer.h"
 
-using google::protobuf::FieldDescriptor;
-
 namespace
 {
 

@@ -28,6 +28,16 @@ constexpr uint32_t LINE_NO_MESSAGE = 557;
 
 constexpr GpbTopLayerLog TOP_LAYER_LOG = {"InitCompilerTopLayer", 235, 241, 247};
 
+// The path of a layer that may not have been written yet.
+std::string PathOf(const GpbCompilerStackLayer *upper, const FieldDescriptor &field, const char *path)
+{
+    if (path != nullptr)
+    {
+        return path;
+    }
+    return upper == nullptr ? std::string() : GpbXPathOf(*upper, field);
+}
+
 } // namespace
 
 unsigned int GpbXmlCompiler::InitCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStackLayer &stLayer)
@@ -65,7 +75,7 @@ unsigned int GpbXmlCompiler::GenerateLayerType(GpbCompilerStackLayer &stLayer, G
     {
         GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, GENERATE_LAYER, LINE_NO_TYPE,
                    "[GpbXmlCompiler][GenerateLayer]Fail to find message type for path %s.",
-                   pcPath == nullptr ? GpbXPathOf(*pstUpper, *pstField).c_str() : pcPath);
+                   PathOf(pstUpper, *pstField, pcPath).c_str());
         return GPB_COMPILER_NO_MESSAGE_TYPE;
     }
     // The records of a document need no prototypes.
@@ -78,7 +88,7 @@ unsigned int GpbXmlCompiler::GenerateLayerType(GpbCompilerStackLayer &stLayer, G
     {
         GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, GENERATE_LAYER, LINE_NO_PROTOTYPE,
                    "[GpbXmlCompiler][GenerateLayer]Fail to get proto type for path %s.",
-                   pcPath == nullptr ? GpbXPathOf(*pstUpper, *pstField).c_str() : pcPath);
+                   PathOf(pstUpper, *pstField, pcPath).c_str());
         return GPB_COMPILER_NO_PROTOTYPE;
     }
     return GPB_COMPILER_OK;

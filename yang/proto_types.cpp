@@ -81,7 +81,7 @@ std::string FillEnum(const lysc_node &leaf, ProtoEnum &result)
     std::map<std::string, std::string> taken;
     for (LY_ARRAY_COUNT_TYPE i = 0; i < LY_ARRAY_COUNT(items); ++i)
     {
-        const std::string reason = AddValue(items[i], taken, result);
+        std::string reason = AddValue(items[i], taken, result);
         if (!reason.empty())
         {
             return reason;

@@ -103,7 +103,7 @@ TEST_F(JsonTextTest, WritesEachCharacterAsCjsonDoes)
 TEST_F(JsonTextTest, WritesStringsOfAllLengthsAsCjsonDoes)
 {
     cJSON *array = cJSON_CreateArray();
-    for (const size_t length : {0, 1, 255, 256, 257, 511, 512, 513, 5000, 200000})
+    for (const size_t length : {0U, 1U, 255U, 256U, 257U, 511U, 512U, 513U, 5000U, 200000U})
     {
         std::string text(length, 'x');
         cJSON_AddItemToArray(array, cJSON_CreateString(text.c_str()));

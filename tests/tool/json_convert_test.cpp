@@ -120,7 +120,7 @@ TEST_F(JsonConvert, RootElements)
     EXPECT_EQ(unknown.exitCode, 4);
     EXPECT_EQ(unknown.out, "");
     EXPECT_THAT(unknown.err, HasSubstr(": root element <other> has no message in module j (code 3)\n"));
-    for (const std::size_t length : {128, 300})
+    for (const std::size_t length : {128U, 300U})
     {
         const std::string name(length, 'n');
         const ProcessResult longName = run("json", write("doc.xml", "<" + name + "><a>1</a></" + name + ">"));

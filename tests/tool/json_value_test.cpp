@@ -190,7 +190,7 @@ TEST_F(JsonValue, UnknownNames)
     }
     EXPECT_EQ(findingFor("\"\":1"), "\"\": unknown in message j.Top");
     EXPECT_EQ(findingFor("\"box\":[{\"zz\":1}]", "9"), "\"zz\": unknown in message j.Top.Box");
-    for (const std::size_t length : {127, 128, 100000})
+    for (const std::size_t length : {127U, 128U, 100000U})
     {
         const std::string name(length, 'n');
         EXPECT_EQ(findingFor("\"" + name + "\":1"), "\"" + name + "\": unknown in message j.Top");
@@ -235,7 +235,7 @@ TEST_F(JsonValue, TheTopLevelContainer)
     EXPECT_EQ(unknown.err, "error: " + path("doc.json") +
                                ": top-level container \"other\" has no message in module j\n"
                                "  hint: is this the right module? Its messages: j.Top\n");
-    for (const std::size_t length : {128, 300})
+    for (const std::size_t length : {128U, 300U})
     {
         const ProcessResult result = encodeJson("{\"" + std::string(length, 'n') + "\":{}}");
         EXPECT_EQ(result.exitCode, 4);

@@ -108,7 +108,7 @@ template <typename Way>
 Points Repeat(const Session &session, const BenchSubject &subject, std::size_t &encodedBytes)
 {
     Points points;
-    auto point = points.begin();
+    Clock::time_point *point = points.data();
     *point++ = Clock::now();
     typename Way::Tree tree = Way::Parse(subject);
     *point++ = Clock::now();
