@@ -1,4 +1,5 @@
 // Creation and destruction of the library context, and the settings that are plain fields of it.
+#include "core/gpb_extension.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
 #include "core/gpb_template_tag.h"
@@ -86,6 +87,7 @@ void GPBLIB_Uninitial(GpbLibContext *pstCtx)
     {
         return;
     }
+    GpbForgetExtensions(pstCtx);
     GPBLIB_DeInitPkgSearchPath(pstCtx);
     GPBLIB_UnloadProtoFileAll(pstCtx, 0);
     VEC_VectorFree_F(pstCtx->pstProtoFileVec, GPB_TEMPLATE_TAG, LINE_FREE_FILE_VECTOR);

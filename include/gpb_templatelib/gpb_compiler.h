@@ -26,6 +26,9 @@ class DynamicMessageFactory;
 class Message;
 } // namespace google::protobuf
 
+class GpbExactJsonWalk;
+class GpbExactXmlToJson;
+class GpbExactXmlWalk;
 class GpbFieldFinder;
 struct GpbModulePlan;
 
@@ -327,6 +330,8 @@ protected:
     std::string strGpbBuffer;                             /**< serialized top message */
     unsigned int uiMemHandle;                             /**< module id of the library context */
     GpbStrTransFunc astStrTrans[GPB_FIELD_TYPE_NUM] = {}; /**< translators by field type, null for none */
+
+    friend class GpbExactXmlWalk; /**< the walk of the lossless setting */
 };
 
 /**
@@ -427,6 +432,8 @@ protected:
 
     /** The last encode's top message, once model attributes have put another one in its place. */
     std::unique_ptr<google::protobuf::Message> pstEncodedMessage;
+
+    friend class GpbExactJsonWalk; /**< the walk of the lossless setting */
 };
 
 /** Turns an XML document into a JSON document. */
@@ -496,6 +503,8 @@ protected:
     unsigned int uiMemHandle;                          /**< module id of the library context */
     GpbJsonAddFunc apfnTrans[GPB_FIELD_TYPE_NUM] = {}; /**< adders by field type, null for none */
     unsigned int uiDepth = 0;                          /**< containers that are open in the walk */
+
+    friend class GpbExactXmlToJson; /**< the walk of the lossless setting */
 };
 
 #endif
