@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "compiler/gpb_record_plan.h"
+#include "descriptor/gpb_exact_names.h"
 #include "descriptor/gpb_name_plan.h"
 #include "gpb_templatelib/gpb_api.h"
 
@@ -13,6 +14,7 @@
 struct GpbModulePlan
 {
     GpbNamePlan names;
+    GpbExactNamePlan exactNames; ///< of the lossless setting
     GpbRecordPlan records;
 };
 

@@ -1,0 +1,24 @@
+#include "compiler/exact/gpb_exact_open.h"
+
+#include <google/protobuf/descriptor.h>
+#include <google/protobuf/message.h>
+
+#include "compiler/gpb_layer.h"
+
+using google::protobuf::FieldDescriptor;
+using google::protobuf::Message;
+
+unsigned int GpbOpenExactCases(const GpbExactField &field, GpbCompilerStack &stack)
+{
+    for (const FieldDescriptor *caseField : field.cases)
+    {
+        const GpbCompilerStackLayer &upper = GpbTopLayer(stack);
+        Message *message = GpbOpenLayerMessage(upper.pstMessage, caseField);
+        if (message == nullptr || stack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
+        {
+            return GPB_COMPILER_ERR;
+        }
+        GpbAppendXPath(GpbPushLayer(stack, message, *caseField), &upper, *caseField->file(), *caseField);
+    }
+    return GPB_COMPILER_OK;
+}
