@@ -7,6 +7,7 @@
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_source_tag.h"
+#include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
@@ -19,21 +20,13 @@ using google::protobuf::FieldDescriptor;
 namespace
 {
 
-constexpr uint32_t LINE_NO_LEAF_FIELD = 418;
-constexpr uint32_t LINE_LEAF_CASE_FAILED = 426;
 constexpr uint32_t LINE_FREE_IDENTITY = 435;
-constexpr uint32_t LINE_NO_EMPTY_LEAF_FIELD = 465;
-constexpr uint32_t LINE_EMPTY_LEAF_CASE_FAILED = 472;
-constexpr uint32_t LINE_EMPTY_LEAF_NOT_BOOL = 480;
 constexpr uint32_t LINE_FIELD_TYPE_INVALID = 496;
 constexpr uint32_t LINE_NO_TRANSLATOR = 504;
 constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
-
-// The lines of empty leaves deliberately leave the name out: tools that read logs compare these lines as a whole.
-constexpr char EMPTY_LEAF_LOG_NAME[] = "";
 
 // Frees an identity value.
 struct IdentityFree
@@ -66,9 +59,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     const GpbFoundField found = pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
-                "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", name,
-                GpbTopLayer(stStack).strXPath.c_str());
+        GpbReportNoXmlLeaf(pvLibHandle, name, GpbTopLayer(stStack));
         return GPB_COMPILER_NO_FIELD;
     }
     if (found.caseField != nullptr)
@@ -76,23 +67,25 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED, "Gpb compiler leaf choice case node [%s] fail.",
-                    name);
+            GpbReportXmlLeafCaseFailed(pvLibHandle, name);
             // Layers that were pushed stay, as they do for a host that looks at the stack.
             return result;
         }
     }
-    // Only a leaf that declares a namespace can hold an identity.
-    const std::unique_ptr<char, IdentityFree> identity(
-        pstNode->nsDef == nullptr ? nullptr : GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, text));
-    char *value = identity == nullptr ? text : identity.get();
-    unsigned int result = GPB_COMPILER_OK;
-    {
-        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
-        result = FillLeafField(GpbTopLayer(stStack), found.field, value, name);
-    }
+    const unsigned int result = StoreLeaf(pstNode, found.field, text, stStack);
     stStack.uiLayerNum = layerNum;
     return result;
+}
+
+unsigned int GpbXmlCompiler::StoreLeaf(xmlNode *pstNode, const FieldDescriptor *pstField, char *pcText,
+                                       GpbCompilerStack &stStack)
+{
+    // Only a leaf that declares a namespace can hold an identity.
+    const std::unique_ptr<char, IdentityFree> identity(
+        pstNode->nsDef == nullptr ? nullptr : GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, pcText));
+    char *value = identity == nullptr ? pcText : identity.get();
+    const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, pstField);
+    return FillLeafField(GpbTopLayer(stStack), pstField, value, GpbXmlNodeName(pstNode));
 }
 
 unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
@@ -106,9 +99,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
     const GpbFoundField found = pstFieldFinder->FindNode(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_EMPTY_LEAF_FIELD,
-                "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", EMPTY_LEAF_LOG_NAME,
-                GpbTopLayer(stStack).strXPath.c_str());
+        GpbReportNoXmlEmptyLeaf(pvLibHandle, GpbTopLayer(stStack));
         return GPB_COMPILER_OK;
     }
     if (found.caseField != nullptr)
@@ -116,16 +107,13 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_EMPTY_LEAF_CASE_FAILED,
-                    "Gpb compiler empty leaf choice case node [%s] fail.", name);
+            GpbReportXmlEmptyLeafCaseFailed(pvLibHandle, name);
             return result;
         }
     }
     if (found.field->type() != FieldDescriptor::TYPE_BOOL)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_EMPTY_LEAF_NOT_BOOL,
-                "[GpbXmlCompiler][ProcXmlLeafNode]leaf %s, not expect type %d.", EMPTY_LEAF_LOG_NAME,
-                static_cast<int>(found.field->type()));
+        GpbReportXmlEmptyLeafType(pvLibHandle, *found.field);
         // The layers of the case deliberately stay; the enclosing container pops them at its end.
         return GPB_COMPILER_OK;
     }

@@ -7,20 +7,22 @@
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
+using google::protobuf::FieldDescriptor;
+
 namespace
 {
 
+constexpr char TOP_LAYER[] = "ProcCompilerTopLayer";
 constexpr uint32_t LINE_TOP_STACK_FULL = 268;
-constexpr uint32_t LINE_NO_CONTAINER_FIELD = 298;
-constexpr uint32_t LINE_CONTAINER_CASE_FAILED = 305;
+constexpr char CONTAINER[] = "ProcXmlContainerNode";
 constexpr uint32_t LINE_LAYER_FAILED = 313;
 constexpr uint32_t LINE_STACK_FULL = 325;
-constexpr uint32_t LINE_PRESENCE_CASE_FAILED = 359;
 
 } // namespace
 
@@ -83,7 +85,7 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
         pstFieldFinder->FindNode(stStack.astLayer[layerNum - 1].pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_CONTAINER_FIELD, "Can't Find field [%s]", name);
+        GpbReportNoXmlContainer(pvLibHandle, name);
         return GPB_COMPILER_NO_FIELD;
     }
     if (found.caseField != nullptr)
@@ -91,23 +93,28 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CONTAINER_CASE_FAILED,
-                    "Gpb compiler container choice case node [%s] fail.", name);
+            GpbReportXmlContainerCaseFailed(pvLibHandle, name);
             return result;
         }
     }
+    return PushContainerLayer(found.field, name, stStack);
+}
+
+unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
+                                                GpbCompilerStack &stStack)
+{
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines that somebody reads.
     GpbCompilerStackLayer layer;
-    unsigned int result = GenerateLayerType(layer, &upper, found.field, nullptr);
+    unsigned int result = GenerateLayerType(layer, &upper, pstField, nullptr);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LAYER_FAILED, "Create layer failed [%s]", name);
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, CONTAINER, LINE_LAYER_FAILED, "Create layer failed [%s]", pcNodeName);
         return result;
     }
     {
-        const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
-        result = AddLayerToUpperLayer(upper, layer, found.field);
+        const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, pstField);
+        result = AddLayerToUpperLayer(upper, layer, pstField);
     }
     if (result != GPB_COMPILER_OK)
     {
@@ -116,16 +123,30 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
     // The message is in its parent by now: a document that nests too deep leaves it there, empty.
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
-                "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
-                GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, CONTAINER, LINE_STACK_FULL,
+                   "[GpbXmlCompiler][ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
+                   GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
+    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *pstField), &upper, pstField);
     return GPB_COMPILER_OK;
 }
 
 unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
+{
+    const unsigned int result = PushTopLayer(pstRoot, stStack);
+    if (result != GPB_COMPILER_OK)
+    {
+        return result;
+    }
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const unsigned int walkResult = IterXmlDoc(pstRoot->children, stStack);
+    // The top layer stays on the stack: its message is the result.
+    stStack.uiLayerNum = layerNum;
+    return walkResult;
+}
+
+unsigned int GpbXmlCompiler::PushTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
 {
     GpbCompilerStackLayer layer;
     const unsigned int result = InitCompilerTopLayer(pstRoot, layer);
@@ -136,17 +157,13 @@ unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerS
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
         delete layer.pstMessage;
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TOP_STACK_FULL, "Fail to push upper layer [%s]",
-                layer.strXPath.c_str());
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, TOP_LAYER, LINE_TOP_STACK_FULL, "Fail to push upper layer [%s]",
+                   layer.strXPath.c_str());
         return GPB_COMPILER_STACK_FULL;
     }
     stStack.astLayer[stStack.uiLayerNum] = std::move(layer);
     ++stStack.uiLayerNum;
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const unsigned int walkResult = IterXmlDoc(pstRoot->children, stStack);
-    // The top layer stays on the stack: its message is the result.
-    stStack.uiLayerNum = layerNum;
-    return walkResult;
+    return GPB_COMPILER_OK;
 }
 
 unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
@@ -167,19 +184,23 @@ unsigned int GpbXmlCompiler::ProcXmlPresenceContainerNode(xmlNode *pstNode, GpbC
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_PRESENCE_CASE_FAILED,
-                    "Gpb compiler presence container choice case node [%s] fail.", name);
+            GpbReportXmlPresenceCaseFailed(pvLibHandle, name);
             return result;
         }
     }
     // No layer is pushed, and those of the case deliberately stay: the enclosing container pops them at its end.
+    return AddContainer(found.field, stStack);
+}
+
+unsigned int GpbXmlCompiler::AddContainer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
+{
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     GpbCompilerStackLayer layer;
-    const unsigned int result = GenerateLayer(layer, &upper, found.field);
+    const unsigned int result = GenerateLayer(layer, &upper, pstField);
     if (result != GPB_COMPILER_OK)
     {
         return result;
     }
-    const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
-    return AddLayerToUpperLayer(upper, layer, found.field);
+    const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, pstField);
+    return AddLayerToUpperLayer(upper, layer, pstField);
 }

@@ -308,10 +308,16 @@ protected:
     unsigned int IterXmlDoc(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcXmlContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int PushXmlContainer(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
+    unsigned int PushContainerLayer(const google::protobuf::FieldDescriptor *pstField, const char *pcNodeName,
+                                    GpbCompilerStack &stStack);
     unsigned int ProcXmlPresenceContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
+    unsigned int AddContainer(const google::protobuf::FieldDescriptor *pstField, GpbCompilerStack &stStack);
     unsigned int ProcXmlLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
+    unsigned int StoreLeaf(struct _xmlNode *pstNode, const google::protobuf::FieldDescriptor *pstField, char *pcText,
+                           GpbCompilerStack &stStack);
     unsigned int ProcXmlEmptyLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcCompilerTopLayer(struct _xmlNode *pstRoot, GpbCompilerStack &stStack);
+    unsigned int PushTopLayer(struct _xmlNode *pstRoot, GpbCompilerStack &stStack);
     unsigned int InitCompilerTopLayer(struct _xmlNode *pstRoot, GpbCompilerStackLayer &stLayer);
     unsigned int GenerateLayer(GpbCompilerStackLayer &stLayer, GpbCompilerStackLayer *pstUpper,
                                const google::protobuf::FieldDescriptor *pstField);
