@@ -4,12 +4,14 @@
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
 
+#include "compiler/exact/gpb_exact_xml_walk.h"
 #include "compiler/gpb_factory_guard.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_lib.h"
 
 namespace
@@ -70,7 +72,9 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
 {
     GpbCompilerStack stack;
     GpbTopMessage top(stack);
-    const unsigned int result = IterXmlDoc(pstRoot, stack);
+    const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
+    const unsigned int result =
+        isLossless ? GpbExactXmlWalk(*this).WalkSiblings(pstRoot, stack) : IterXmlDoc(pstRoot, stack);
     if (result != GPB_COMPILER_OK)
     {
         ReportIterateFailed(pvLibHandle, result);

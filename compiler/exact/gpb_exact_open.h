@@ -14,12 +14,22 @@
 ///         the last case is there, empty. Layers that were pushed before a failure stay on the stack
 unsigned int GpbOpenExactCases(const GpbExactField &field, GpbCompilerStack &stack);
 
-/// Closes the layers that are opened while it lives.
+/// Closes the layers that are opened while it lives, and leaves nothing of them in their slots but the memory of their
+/// paths.
 class GpbLayerScope
 {
 public:
     explicit GpbLayerScope(GpbCompilerStack &stack) : stack_(stack), layerNum_(stack.uiLayerNum) {}
-    ~GpbLayerScope() { stack_.uiLayerNum = layerNum_; }
+
+    ~GpbLayerScope()
+    {
+        while (stack_.uiLayerNum > layerNum_)
+        {
+            GpbCompilerStackLayer &layer = stack_.astLayer[--stack_.uiLayerNum];
+            layer.pstDescriptor = nullptr;
+            layer.pstMessage = nullptr;
+        }
+    }
 
     GpbLayerScope(const GpbLayerScope &) = delete;
     GpbLayerScope &operator=(const GpbLayerScope &) = delete;

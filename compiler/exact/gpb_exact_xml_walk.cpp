@@ -1,0 +1,256 @@
+#include "compiler/exact/gpb_exact_xml_walk.h"
+
+#include <cstring>
+#include <google/protobuf/descriptor.h>
+#include <string>
+#include <string_view>
+
+#include "compiler/exact/gpb_exact_open.h"
+#include "compiler/gpb_layer.h"
+#include "compiler/gpb_module_plan.h"
+#include "compiler/gpb_xml_log.h"
+#include "compiler/gpb_xml_node.h"
+
+using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+char TRUE_VALUE[] = "true";
+char EMPTY_VALUE[] = "";
+
+constexpr char LINE_BREAK = '\n';
+constexpr char BLANKS[] = " \t\r\n";
+
+const char *TextOf(const xmlChar *text)
+{
+    return text == nullptr ? "" : reinterpret_cast<const char *>(text);
+}
+
+bool IsText(const xmlNode *node)
+{
+    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
+}
+
+// What an element below the root stands for, and the text of a leaf: the document's own, or several pieces of it
+// joined. Comments and processing instructions count for nothing.
+GpbXmlNodeKind ReadContent(xmlNode *node, char *&text, std::string &joined)
+{
+    const GpbXmlNodeKind kind = GpbClassifyXmlNode(node);
+    if (kind == GpbXmlNodeKind::IGNORED || kind == GpbXmlNodeKind::EMPTY)
+    {
+        return kind;
+    }
+    size_t pieces = 0;
+    for (xmlNode *child = node->children; child != nullptr; child = child->next)
+    {
+        if (child->type == XML_ELEMENT_NODE)
+        {
+            return GpbXmlNodeKind::CONTAINER;
+        }
+        if (child->type == XML_ENTITY_REF_NODE)
+        {
+            // Its text is not looked at, and what is left of the value without it would be another one.
+            return kind == GpbXmlNodeKind::LEAF ? GpbXmlNodeKind::IGNORED : kind;
+        }
+        if (IsText(child) && *TextOf(child->content) != '\0')
+        {
+            ++pieces;
+            text = reinterpret_cast<char *>(child->content);
+        }
+    }
+    if (pieces > 1)
+    {
+        for (const xmlNode *child = node->children; child != nullptr; child = child->next)
+        {
+            joined += IsText(child) ? TextOf(child->content) : "";
+        }
+        text = joined.data();
+    }
+    return pieces == 0 ? GpbXmlNodeKind::EMPTY : GpbXmlNodeKind::LEAF;
+}
+
+// The module of an element: what its namespace ends with. Published modules name theirs so (RFC 6020 section 14), and
+// vendors with addresses of the web do, too.
+std::string_view ModuleOf(const xmlNode *node)
+{
+    const std::string_view space = TextOf(node->ns == nullptr ? nullptr : node->ns->href);
+    const size_t separator = space.find_last_of(":/");
+    return separator == std::string_view::npos ? space : space.substr(separator + 1);
+}
+
+// Whether a container's text is only formatting.
+bool IsFormatting(const char *text)
+{
+    return *text == LINE_BREAK || text[std::strspn(text, BLANKS)] == '\0';
+}
+
+// The value that an empty element stands for; null when its field has none.
+char *EmptyValueOf(const FieldDescriptor &field)
+{
+    switch (field.type())
+    {
+    case FieldDescriptor::TYPE_BOOL:
+        return TRUE_VALUE;
+    case FieldDescriptor::TYPE_STRING:
+    case FieldDescriptor::TYPE_BYTES:
+        return EMPTY_VALUE;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+GpbExactXmlWalk::GpbExactXmlWalk(GpbXmlCompiler &compiler) : compiler_(compiler), tables_(compiler.pstPlan->exactNames)
+{
+}
+
+unsigned int GpbExactXmlWalk::WalkSiblings(xmlNode *first, GpbCompilerStack &stack)
+{
+    for (xmlNode *node = first; node != nullptr; node = node->next)
+    {
+        bool stops = false;
+        const unsigned int result = stack.uiLayerNum == 0 ? WalkRoot(node, stack, stops) : WalkNode(node, stack, stops);
+        if (result != GPB_COMPILER_OK && (stops || compiler_.ucStopOnError != 0))
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+// A root without elements holds nothing that could be lost: it ends as it does in the default.
+unsigned int GpbExactXmlWalk::WalkRoot(xmlNode *root, GpbCompilerStack &stack, bool &stops)
+{
+    switch (GpbClassifyXmlNode(root))
+    {
+    case GpbXmlNodeKind::IGNORED:
+        break;
+    case GpbXmlNodeKind::EMPTY:
+        stops = true;
+        return compiler_.ProcXmlEmptyLeafNode(root, stack);
+    case GpbXmlNodeKind::LEAF:
+        return compiler_.ProcXmlLeafNode(root, stack);
+    case GpbXmlNodeKind::CONTAINER:
+        stops = true;
+        const unsigned int result = compiler_.PushTopLayer(root, stack);
+        return result == GPB_COMPILER_OK ? WalkSiblings(root->children, stack) : result;
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbExactXmlWalk::WalkNode(xmlNode *node, GpbCompilerStack &stack, bool &stops)
+{
+    std::string joined;
+    char *text = nullptr;
+    switch (ReadContent(node, text, joined))
+    {
+    case GpbXmlNodeKind::IGNORED:
+        break;
+    case GpbXmlNodeKind::EMPTY:
+        stops = true;
+        return StoreEmpty(node, stack);
+    case GpbXmlNodeKind::LEAF:
+        return StoreText(node, text, stack);
+    case GpbXmlNodeKind::CONTAINER:
+        return WalkContainer(node, stack);
+    }
+    return GPB_COMPILER_OK;
+}
+
+const GpbExactField *GpbExactXmlWalk::Find(xmlNode *node, GpbExactKind kind, const GpbCompilerStack &stack)
+{
+    const GpbCompilerStackLayer &top = stack.astLayer[stack.uiLayerNum - 1];
+    return tables_.TableOf(top.pstDescriptor, stack.uiLayerNum + 1).Find(GpbXmlNodeName(node), kind, ModuleOf(node));
+}
+
+unsigned int GpbExactXmlWalk::WalkContainer(xmlNode *node, GpbCompilerStack &stack)
+{
+    const GpbLayerScope scope(stack);
+    const char *name = GpbXmlNodeName(node);
+    const GpbExactField *found = Find(node, GpbExactKind::MESSAGE, stack);
+    if (found == nullptr)
+    {
+        found = Find(node, GpbExactKind::LEAF, stack); // which is no container, and is reported as such
+    }
+    if (found == nullptr)
+    {
+        GpbReportNoXmlContainer(compiler_.pvLibHandle, name);
+        return GPB_COMPILER_NO_FIELD;
+    }
+    unsigned int result = GpbOpenExactCases(*found, stack);
+    if (result != GPB_COMPILER_OK)
+    {
+        GpbReportXmlContainerCaseFailed(compiler_.pvLibHandle, name);
+        return result;
+    }
+    result = compiler_.PushContainerLayer(found->field, name, stack);
+    return result == GPB_COMPILER_OK ? WalkSiblings(node->children, stack) : result;
+}
+
+unsigned int GpbExactXmlWalk::StoreText(xmlNode *node, char *text, GpbCompilerStack &stack)
+{
+    const GpbLayerScope scope(stack);
+    const GpbExactField *found = Find(node, GpbExactKind::LEAF, stack);
+    if (found == nullptr)
+    {
+        const GpbExactField *container = IsFormatting(text) ? Find(node, GpbExactKind::MESSAGE, stack) : nullptr;
+        if (container != nullptr)
+        {
+            return AddContainer(node, *container, stack);
+        }
+        // A container that is none of the layer's has no line of its own.
+        if (*text != LINE_BREAK)
+        {
+            GpbReportNoXmlLeaf(compiler_.pvLibHandle, GpbXmlNodeName(node), GpbTopLayer(stack));
+        }
+        return GPB_COMPILER_NO_FIELD;
+    }
+    const unsigned int result = GpbOpenExactCases(*found, stack);
+    if (result != GPB_COMPILER_OK)
+    {
+        GpbReportXmlLeafCaseFailed(compiler_.pvLibHandle, GpbXmlNodeName(node));
+        return result;
+    }
+    return compiler_.StoreLeaf(node, found->field, text, stack);
+}
+
+unsigned int GpbExactXmlWalk::StoreEmpty(xmlNode *node, GpbCompilerStack &stack)
+{
+    const GpbLayerScope scope(stack);
+    const GpbExactField *found = Find(node, GpbExactKind::ANY, stack);
+    if (found == nullptr)
+    {
+        GpbReportNoXmlEmptyLeaf(compiler_.pvLibHandle, GpbTopLayer(stack));
+        return GPB_COMPILER_OK;
+    }
+    if (found->field->type() == FieldDescriptor::TYPE_MESSAGE)
+    {
+        return AddContainer(node, *found, stack);
+    }
+    char *value = EmptyValueOf(*found->field);
+    if (value == nullptr)
+    {
+        GpbReportXmlEmptyLeafType(compiler_.pvLibHandle, *found->field);
+        return GPB_COMPILER_OK;
+    }
+    const unsigned int result = GpbOpenExactCases(*found, stack);
+    if (result != GPB_COMPILER_OK)
+    {
+        GpbReportXmlEmptyLeafCaseFailed(compiler_.pvLibHandle, GpbXmlNodeName(node));
+        return result;
+    }
+    return compiler_.StoreLeaf(node, found->field, value, stack);
+}
+
+unsigned int GpbExactXmlWalk::AddContainer(xmlNode *node, const GpbExactField &container, GpbCompilerStack &stack)
+{
+    const unsigned int result = GpbOpenExactCases(container, stack);
+    if (result != GPB_COMPILER_OK)
+    {
+        GpbReportXmlPresenceCaseFailed(compiler_.pvLibHandle, GpbXmlNodeName(node));
+        return result;
+    }
+    return compiler_.AddContainer(container.field, stack);
+}
