@@ -1,38 +1,28 @@
 // XML to GPB: leaves.
 #include <google/protobuf/descriptor.h>
 #include <libxml/tree.h>
-#include <memory>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
-#include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
-#include "gpb_templatelib/gpb_descriptor.h"
-#include "platform/zmp.h"
 
 using google::protobuf::FieldDescriptor;
 
 namespace
 {
 
-constexpr uint32_t LINE_FREE_IDENTITY = 435;
 constexpr uint32_t LINE_FIELD_TYPE_INVALID = 496;
 constexpr uint32_t LINE_NO_TRANSLATOR = 504;
 constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
-
-// Frees an identity value.
-struct IdentityFree
-{
-    void operator()(char *value) const { ZMP_Free_F(value, GPB_XML_COMPILER_TAG, LINE_FREE_IDENTITY); }
-};
 
 } // namespace
 
@@ -72,20 +62,14 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
             return result;
         }
     }
-    const unsigned int result = StoreLeaf(pstNode, found.field, text, stStack);
+    const GpbIdentityValue value(uiMemHandle, pstNode, text);
+    unsigned int result = GPB_COMPILER_OK;
+    {
+        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
+        result = FillLeafField(GpbTopLayer(stStack), found.field, value.Text(), name);
+    }
     stStack.uiLayerNum = layerNum;
     return result;
-}
-
-unsigned int GpbXmlCompiler::StoreLeaf(xmlNode *pstNode, const FieldDescriptor *pstField, char *pcText,
-                                       GpbCompilerStack &stStack)
-{
-    // Only a leaf that declares a namespace can hold an identity.
-    const std::unique_ptr<char, IdentityFree> identity(
-        pstNode->nsDef == nullptr ? nullptr : GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, pcText));
-    char *value = identity == nullptr ? pcText : identity.get();
-    const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, pstField);
-    return FillLeafField(GpbTopLayer(stStack), pstField, value, GpbXmlNodeName(pstNode));
 }
 
 unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "compiler/exact/gpb_exact_open.h"
+#include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_module_plan.h"
 #include "compiler/gpb_xml_log.h"
@@ -213,7 +214,8 @@ unsigned int GpbExactXmlWalk::StoreText(xmlNode *node, char *text, GpbCompilerSt
         GpbReportXmlLeafCaseFailed(compiler_.pvLibHandle, GpbXmlNodeName(node));
         return result;
     }
-    return compiler_.StoreLeaf(node, found->field, text, stack);
+    const GpbIdentityValue value(compiler_.uiMemHandle, node, text);
+    return compiler_.FillLeafField(GpbTopLayer(stack), found->field, value.Text(), GpbXmlNodeName(node));
 }
 
 unsigned int GpbExactXmlWalk::StoreEmpty(xmlNode *node, GpbCompilerStack &stack)
@@ -241,7 +243,7 @@ unsigned int GpbExactXmlWalk::StoreEmpty(xmlNode *node, GpbCompilerStack &stack)
         GpbReportXmlEmptyLeafCaseFailed(compiler_.pvLibHandle, GpbXmlNodeName(node));
         return result;
     }
-    return compiler_.StoreLeaf(node, found->field, value, stack);
+    return compiler_.FillLeafField(GpbTopLayer(stack), found->field, value, GpbXmlNodeName(node));
 }
 
 unsigned int GpbExactXmlWalk::AddContainer(xmlNode *node, const GpbExactField &container, GpbCompilerStack &stack)

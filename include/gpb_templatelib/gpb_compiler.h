@@ -313,8 +313,6 @@ protected:
     unsigned int ProcXmlPresenceContainerNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int AddContainer(const google::protobuf::FieldDescriptor *pstField, GpbCompilerStack &stStack);
     unsigned int ProcXmlLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
-    unsigned int StoreLeaf(struct _xmlNode *pstNode, const google::protobuf::FieldDescriptor *pstField, char *pcText,
-                           GpbCompilerStack &stStack);
     unsigned int ProcXmlEmptyLeafNode(struct _xmlNode *pstNode, GpbCompilerStack &stStack);
     unsigned int ProcCompilerTopLayer(struct _xmlNode *pstRoot, GpbCompilerStack &stStack);
     unsigned int PushTopLayer(struct _xmlNode *pstRoot, GpbCompilerStack &stStack);
