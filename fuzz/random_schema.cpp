@@ -1,4 +1,5 @@
-/** A random schema and a random document of it, from XML and from JSON: the bytes must be those expected. */
+/** A random schema and a random document of it, from XML and from JSON: the bytes must be those expected,
+ * from XML without and with the lossless setting, since these documents lose nothing. */
 #include <cstring>
 
 #include "gpb_templatelib/gpb_compiler_c.h"
@@ -67,6 +68,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     {
         const gpbfuzz::Expectation expected = gpbfuzz::makeDocument(schema, bytes);
         checkXml(context, expected);
+        {
+            const gpbfuzz::Lossless lossless(context);
+            checkXml(context, expected);
+        }
         checkJson(context, expected);
     }
     GPBLIB_Uninitial(context);

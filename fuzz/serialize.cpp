@@ -177,6 +177,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const gpbfuzz::XmlDocument document = gpbfuzz::parseXml(reinterpret_cast<const uint8_t *>(xml.data()), xml.size());
     gpbfuzz::require(document != nullptr, "the document is not well-formed");
     gpbfuzz::requireSameXml(shared, module, document.get());
+    {
+        const gpbfuzz::Lossless lossless(shared);
+        gpbfuzz::requireSameXml(shared, module, document.get());
+    }
     const gpbfuzz::JsonDocument tree(cJSON_CreateObject());
     cJSON *const root = asJson(xmlDocGetRootElement(document.get()));
     cJSON_AddItemToObject(tree.get(), "top", root);

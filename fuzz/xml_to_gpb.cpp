@@ -1,4 +1,4 @@
-/** Any XML document, by the compiler of the module that knows its root element. */
+/** Any XML document, by the compiler of the module that knows its root element, in both settings. */
 #include "gpb_templatelib/gpb_compiler_c.h"
 #include "support/documents.h"
 #include "support/guard.h"
@@ -32,6 +32,13 @@ void encode(xmlDoc *document)
     gpbfuzz::requireSameXml(gpbfuzz::library(), module, document);
 }
 
+void encodeBothWays(xmlDoc *document)
+{
+    encode(document);
+    const gpbfuzz::Lossless lossless(gpbfuzz::library());
+    encode(document);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -44,13 +51,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     {
         return 0;
     }
-    encode(document.get());
+    encodeBothWays(document.get());
     if (document->intSubset != nullptr)
     {
         const gpbfuzz::XmlDocument expanded = gpbfuzz::parseXml(data, size, XML_PARSE_NOENT);
         if (expanded != nullptr)
         {
-            encode(expanded.get());
+            encodeBothWays(expanded.get());
         }
     }
     return 0;

@@ -6,6 +6,7 @@
 #include <google/protobuf/descriptor.h>
 
 #include "gpb_templatelib/gpb_descriptor.h"
+#include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_host.h"
 #include "support/guard.h"
 
@@ -85,6 +86,16 @@ GpbLibContext *newContext()
         slot.pfnPrint = print;
     }
     return GPBLIB_Initial(&param);
+}
+
+Lossless::Lossless(GpbLibContext *context) : m_context(context)
+{
+    require(GPBEXT_SetLossless(context, 1) == 0, "the lossless setting cannot be switched on");
+}
+
+Lossless::~Lossless()
+{
+    GPBEXT_SetLossless(m_context, 0);
 }
 
 GpbLibContext *library()

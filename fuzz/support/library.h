@@ -15,6 +15,19 @@ GpbLibContext *newContext();
 /** The context with the modules of the targets loaded. It lives as long as the process. */
 GpbLibContext *library();
 
+/** Puts a context into the lossless setting while it lives. */
+class Lossless
+{
+public:
+    explicit Lossless(GpbLibContext *context);
+    ~Lossless();
+    Lossless(const Lossless &) = delete;
+    Lossless &operator=(const Lossless &) = delete;
+
+private:
+    GpbLibContext *m_context;
+};
+
 /** The module with a top message for a container of this name; one of them all when there is none. */
 const char *moduleOf(const char *containerName);
 

@@ -18,6 +18,7 @@
 #include "faults/process_memory.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
+#include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_host.h"
 #include "platform/zmp.h"
 #include "support/temp_directory.h"
@@ -127,6 +128,49 @@ TEST_F(MemoryFaults, XmlToGpb)
         [&] {
             return gpbtest::encodeXml(GpbXmlCompiler_CreateCompiler(m_context, gpbtest::kFaultModule), document.get());
         });
+}
+
+// With texts in several pieces, which have to be joined.
+constexpr const char *kLosslessXml =
+    "<top><name>a name that does not<!-- --> fit into a string itself</name><colors>red green</colors>"
+    "<list><a-leaf>1</a-leaf></list><list><a-leaf><![CDATA[a leaf that does not fit into a string itself]]></a-leaf>"
+    "</list><deep-leaf>1.5</deep-leaf><box/><words/><flag/></top>";
+
+/** A compiler of a class of a host, which fills messages of protobuf. */
+class HostCompiler : public GpbXmlCompiler
+{
+public:
+    using GpbXmlCompiler::GpbXmlCompiler;
+};
+
+// A compiler whose context has another importer begins without a plan, so each run makes the tables of names anew.
+TEST_F(MemoryFaults, LosslessXmlToGpb)
+{
+    const GpbLibInitParam param = {1, 2, {}};
+    GpbLibContext *const other = GPBLIB_Initial(&param);
+    ASSERT_EQ(0u, GPBEXT_SetLossless(other, 1));
+    const auto *const importer = GPBLIB_GetImporter(m_context);
+    const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, gpbtest::kFaultModule);
+    const gpbtest::XmlDocument document(kLosslessXml);
+    const auto life = [&](auto make)
+    {
+        return [&document, make]
+        {
+            std::unique_ptr<GpbXmlCompilerBase> compiler;
+            try
+            {
+                compiler = make();
+            }
+            catch (const std::bad_alloc &)
+            {
+                return FaultResult();
+            }
+            return gpbtest::encodeXml(compiler.release(), document.get());
+        };
+    };
+    failEach(life([&] { return std::make_unique<GpbXmlCompiler>(file, importer, other); }));
+    failEach(life([&] { return std::make_unique<HostCompiler>(file, importer, other); }));
+    GPBLIB_Uninitial(other);
 }
 
 TEST_F(MemoryFaults, XmlToJson)

@@ -1,5 +1,7 @@
 /** Compilers of one context, whose module is loaded: they share its descriptors, which nobody changes any more. */
+#include "gpb_templatelib/gpb_extension.h"
 #include "support/run_together.h"
+#include "support/xml_document.h"
 #include "thread_life.h"
 
 namespace gpbtest
@@ -97,6 +99,81 @@ TEST_F(CompilerThreadsTest, FirstSearchesAtTheSameMoment)
     for (size_t i = 0; i < kThreads; ++i)
     {
         EXPECT_EQ(alone(kindOf(i)), results[i]) << "thread " << i << ", " << kindOf(i).name;
+    }
+}
+
+// ---- the lossless setting ----
+
+constexpr const char *kTwoEntries = "<top><list><a-leaf>1</a-leaf></list><list><a-leaf>2</a-leaf></list></top>";
+
+/** What an encode of kTwoEntries gives in a context. */
+std::string encodeEntries(GpbLibContext *context)
+{
+    const XmlDocument document(kTwoEntries);
+    GpbXmlCompilerBase *const compiler = GpbXmlCompiler_CreateCompiler(context, kFaultModule);
+    unsigned int length = 0;
+    unsigned int error = 0;
+    const char *const bytes = GpbXmlCompiler_Encode(compiler, document.get(), &length, &error);
+    std::string result = bytes == nullptr ? "nothing" : std::string(bytes, length);
+    GpbXmlCompiler_Destory(compiler);
+    return result;
+}
+
+class LosslessThreadsTest : public CompilerThreadsTest
+{
+protected:
+    void SetUp() override
+    {
+        CompilerThreadsTest::SetUp();
+        m_judge.addFile(std::string(kFaultModule) + ".proto", kFaultProto);
+    }
+
+    void expectEntries(const std::string &bytes, bool isLossless)
+    {
+        EXPECT_TRUE(m_judge.holds("life.Top", bytes,
+                                  isLossless ? "list { kind_a { a_leaf: '1' } } list { kind_a { a_leaf: '2' } }"
+                                             : "list { kind_a { a_leaf: '2' } } list {}"));
+    }
+
+private:
+    ProtoJudge m_judge;
+};
+
+TEST_F(LosslessThreadsTest, EachContextHasItsOwnSetting)
+{
+    GpbLibContext *contexts[kThreads] = {};
+    std::string results[kThreads];
+    for (GpbLibContext *&one : contexts)
+    {
+        one = newSilentContext();
+        ASSERT_EQ(0u, GPBLIB_ProtobufLoad(one, kFaultModule, 0));
+    }
+    runTogether(kThreads,
+                [&](size_t i)
+                {
+                    const bool isLossless = i % 2 == 1;
+                    for (int use = 0; use < kUses; ++use)
+                    {
+                        GPBEXT_SetLossless(contexts[i], isLossless ? 1 : 0);
+                        results[i] = encodeEntries(contexts[i]);
+                        GPBEXT_SetLossless(contexts[i], isLossless ? 0 : 1);
+                    }
+                });
+    for (size_t i = 0; i < kThreads; ++i)
+    {
+        expectEntries(results[i], i % 2 == 1);
+        GPBLIB_Uninitial(contexts[i]);
+    }
+}
+
+TEST_F(LosslessThreadsTest, FirstLosslessSearchesAtTheSameMoment)
+{
+    ASSERT_EQ(0u, GPBEXT_SetLossless(context(), 1));
+    std::string results[kThreads];
+    runTogether(kThreads, [&](size_t i) { results[i] = encodeEntries(context()); });
+    for (const std::string &result : results)
+    {
+        expectEntries(result, true);
     }
 }
 
