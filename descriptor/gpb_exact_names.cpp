@@ -62,6 +62,8 @@ bool EndsWith(std::string_view text, std::string_view end)
 
 } // namespace
 
+template class GpbLayerTables<GpbExactNames>;
+
 // Collects the fields and their names.
 class GpbExactNames::Builder
 {

@@ -87,4 +87,6 @@ private:
 /// The tables of all message types of an importer.
 using GpbExactNamePlan = GpbLayerTables<GpbExactNames>;
 
+extern template class GpbLayerTables<GpbExactNames>;
+
 #endif

@@ -22,11 +22,7 @@ class GpbLayerTables
 public:
     /// The table of a type in a layer; lives as long as this. A lack of memory is thrown and leaves everything as it
     /// was.
-    const Table &TableOf(const google::protobuf::Descriptor *message, uint32_t layer)
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        return tables_.try_emplace({message, layer}, message, static_cast<int32_t>(layer)).first->second;
-    }
+    const Table &TableOf(const google::protobuf::Descriptor *message, uint32_t layer);
 
 private:
     struct Place
@@ -48,6 +44,14 @@ private:
     std::mutex mutex_;
     std::unordered_map<Place, Table, PlaceHash> tables_; ///< its elements never move
 };
+
+// Instantiated once for each table: it would weigh down the look-ups that it stands in, which seldom come to it.
+template <typename Table>
+const Table &GpbLayerTables<Table>::TableOf(const google::protobuf::Descriptor *message, uint32_t layer)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return tables_.try_emplace({message, layer}, message, static_cast<int32_t>(layer)).first->second;
+}
 
 /// Remembers the table that was used last in each layer, so that a walk seldom has to ask for one, which many threads
 /// may do. Belongs to one thread.

@@ -8,4 +8,6 @@
 /// The name tables of message types.
 using GpbNamePlan = GpbLayerTables<GpbNameTable>;
 
+extern template class GpbLayerTables<GpbNameTable>;
+
 #endif

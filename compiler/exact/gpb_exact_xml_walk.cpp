@@ -71,13 +71,13 @@ GpbXmlNodeKind ReadContent(xmlNode *node, char *&text, std::string &joined)
     return pieces == 0 ? GpbXmlNodeKind::EMPTY : GpbXmlNodeKind::LEAF;
 }
 
-// The module of an element: what its namespace ends with. Published modules name theirs so (RFC 6020 section 14), and
-// vendors with addresses of the web do, too.
-std::string_view ModuleOf(const xmlNode *node)
+// The module that a namespace stands for: what it ends with. Published modules name theirs so (RFC 6020 section 14),
+// and vendors with addresses of the web do, too.
+std::string_view ModuleOf(const xmlNs *space)
 {
-    const std::string_view space = TextOf(node->ns == nullptr ? nullptr : node->ns->href);
-    const size_t separator = space.find_last_of(":/");
-    return separator == std::string_view::npos ? space : space.substr(separator + 1);
+    const std::string_view name = TextOf(space == nullptr ? nullptr : space->href);
+    const size_t separator = name.find_last_of(":/");
+    return separator == std::string_view::npos ? name : name.substr(separator + 1);
 }
 
 // Whether a container's text is only formatting.
@@ -162,8 +162,14 @@ unsigned int GpbExactXmlWalk::WalkNode(xmlNode *node, GpbCompilerStack &stack, b
 
 const GpbExactField *GpbExactXmlWalk::Find(xmlNode *node, GpbExactKind kind, const GpbCompilerStack &stack)
 {
+    // Most elements are in the namespace of the one before.
+    if (node->ns != space_)
+    {
+        space_ = node->ns;
+        module_ = ModuleOf(space_);
+    }
     const GpbCompilerStackLayer &top = stack.astLayer[stack.uiLayerNum - 1];
-    return tables_.TableOf(top.pstDescriptor, stack.uiLayerNum + 1).Find(GpbXmlNodeName(node), kind, ModuleOf(node));
+    return tables_.TableOf(top.pstDescriptor, stack.uiLayerNum + 1).Find(GpbXmlNodeName(node), kind, module_);
 }
 
 unsigned int GpbExactXmlWalk::WalkContainer(xmlNode *node, GpbCompilerStack &stack)

@@ -3,6 +3,7 @@
 #define GPB_COMPILER_EXACT_GPB_EXACT_XML_WALK_H
 
 #include <libxml/tree.h>
+#include <string_view>
 
 #include "descriptor/gpb_exact_names.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -31,6 +32,8 @@ private:
 
     GpbXmlCompiler &compiler_;
     GpbTableMemory<GpbExactNames> tables_;
+    const xmlNs *space_ = nullptr; ///< of the last element
+    std::string_view module_;      ///< that it stands for; lies in the document
 };
 
 #endif

@@ -1,0 +1,3 @@
+#include "descriptor/gpb_name_plan.h"
+
+template class GpbLayerTables<GpbNameTable>;
