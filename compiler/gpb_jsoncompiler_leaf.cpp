@@ -8,6 +8,7 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "core/gpb_log.h"
@@ -23,8 +24,6 @@ namespace
 constexpr uint32_t LINE_NO_TRANSLATOR = 438;
 constexpr uint32_t LINE_TRANSLATE_FAILED = 474;
 constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
-constexpr uint32_t LINE_NO_LEAF_FIELD = 514;
-constexpr uint32_t LINE_LEAF_CASE_FAILED = 522;
 
 // What an empty leaf stands for.
 constexpr char PRESENT[] = "true";
@@ -74,9 +73,7 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
         pstFieldFinder->FindNode(top.pstDescriptor, GpbLib_Json_GetObjectName(pstItem), layerNum + 1);
     if (found.field == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
-                "Gpb Compiler leaf node fail to find field [%s] from [%s].", GpbJsonLogKey(pstItem),
-                top.strXPath.c_str());
+        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), top);
         return GPB_COMPILER_ERR;
     }
     if (found.caseField != nullptr)
@@ -84,9 +81,7 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_CASE_FAILED,
-                    "Json compiler choice case leaf node fail to find field [%s] from [%s].", GpbJsonLogKey(pstItem),
-                    GpbTopLayer(stStack).strXPath.c_str());
+            GpbReportJsonLeafCaseFailed(pvLibHandle, GpbJsonLogKey(pstItem), GpbTopLayer(stStack));
             return result;
         }
     }

@@ -7,6 +7,7 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_module_plan.h"
@@ -21,10 +22,8 @@ namespace
 {
 
 constexpr uint32_t LINE_NOT_A_MESSAGE = 109;
-constexpr uint32_t LINE_CASE_FAILED = 157;
 constexpr uint32_t LINE_STACK_FULL = 173;
 constexpr uint32_t LINE_ROOT_STACK_FULL = 258;
-constexpr uint32_t LINE_ANCESTORS_FAILED = 264;
 
 constexpr GpbTopLayerLog TOP_LAYER_LOG = {"GPB_CompilerStackInitTop", 226, 232, 238};
 
@@ -49,8 +48,7 @@ unsigned int GpbJsonCompiler::GPB_CompilerStackPrepare(cJSON *pstRoot, cJSON *ps
     const unsigned int result = GPB_PushItemAncestors(pstRoot, pstItem, stStack);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_ANCESTORS_FAILED, "Fail to push ancestors layer [%s]",
-                GpbJsonLogKey(pstItem));
+        GpbReportJsonAncestorsFailed(pvLibHandle, GpbJsonLogKey(pstItem));
     }
     return result;
 }
@@ -153,18 +151,22 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_CASE_FAILED, "Json compiler push choice case node [%s] fail.",
-                    pcKey);
+            GpbReportJsonContainerCaseFailed(pvLibHandle, pcKey);
             return result;
         }
     }
+    return PushLayer(found.field, stStack);
+}
+
+unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
+{
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for a log line that somebody reads.
     GpbCompilerStackLayer layer;
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, found.field);
-        result = GPB_FillLayerMessage(upper, layer, found.field);
+        const GpbCaseSwitch caseSwitch(stStack, upper.pstMessage, pstField);
+        result = GPB_FillLayerMessage(upper, layer, pstField);
     }
     if (result != GPB_COMPILER_OK)
     {
@@ -175,10 +177,10 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
                 "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
-                GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
+                GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
+    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *pstField), &upper, pstField);
     return GPB_COMPILER_OK;
 }
 

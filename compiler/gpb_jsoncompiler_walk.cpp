@@ -4,18 +4,11 @@
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
+#include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
-#include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
-
-namespace
-{
-
-constexpr uint32_t LINE_LEAF_LIST_CASE_FAILED = 598;
-
-} // namespace
 
 unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCompilerStack &stStack)
 {
@@ -103,8 +96,7 @@ unsigned int GpbJsonCompiler::ProcLeafListNode(cJSON *pstArray, cJSON *pstMember
         const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
         if (result != GPB_COMPILER_OK)
         {
-            GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_LEAF_LIST_CASE_FAILED,
-                    "Gpb compiler choice case leaflist node fail to find field [%s].", GpbJsonLogKey(pstMember));
+            GpbReportJsonLeafListCaseFailed(pvLibHandle, GpbJsonLogKey(pstMember));
             return result;
         }
     }

@@ -58,8 +58,14 @@ unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor
     {
         return GPB_COMPILER_NO_FIELD;
     }
-    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, content));
-    return FillLeafField(field, pstNode, pstParent, identity == nullptr ? content : identity.get());
+    return FillLeafText(field, pstNode, pstParent, content);
+}
+
+unsigned int GpbXmlCompilerJson::FillLeafText(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent,
+                                              const char *pcText)
+{
+    const std::unique_ptr<char, IdentityFree> identity(GPB_IdentityNodeValueUpdate(uiMemHandle, pstNode, pcText));
+    return FillLeafField(pstField, pstNode, pstParent, identity == nullptr ? pcText : identity.get());
 }
 
 unsigned int GpbXmlCompilerJson::ProcXmlEmptyLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode,

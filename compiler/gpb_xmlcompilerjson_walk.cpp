@@ -16,6 +16,15 @@
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 
+namespace
+{
+
+// The steps that log, in either setting.
+constexpr char CONTAINER[] = "ProcXmlContainerNode";
+constexpr char FIND_FIELD[] = "FindField";
+
+} // namespace
+
 unsigned int GpbXmlCompilerJson::IterXmlDoc(const Descriptor *pstDescriptor, xmlNode *pstNode, cJSON *pstParent)
 {
     for (xmlNode *node = pstNode; node != nullptr; node = node->next)
@@ -50,11 +59,8 @@ unsigned int GpbXmlCompilerJson::IterXmlDoc(const Descriptor *pstDescriptor, xml
 unsigned int GpbXmlCompilerJson::ProcXmlContainerNode(const Descriptor *pstDescriptor, xmlNode *pstNode,
                                                       cJSON *pstParent)
 {
-    if (uiDepth == GPB_JSON_MAX_DEPTH)
+    if (!HasRoomFor(pstNode))
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, __LINE__,
-                "[GpbXmlCompilerJson][ProcXmlContainerNode]Fail to make container [%s]. depth is %u.",
-                GpbXmlNodeName(pstNode), GPB_JSON_MAX_DEPTH);
         return GPB_COMPILER_NO_JSON_ITEM;
     }
     cJSON *object = nullptr;
@@ -62,13 +68,11 @@ unsigned int GpbXmlCompilerJson::ProcXmlContainerNode(const Descriptor *pstDescr
     // Below an element whose type is not known every container stands for itself, as the root does.
     if (pstDescriptor == nullptr)
     {
-        object = CreateJsTopNode(pstNode, pstParent);
-        std::string typeName;
-        if (!GpbTopTypeName(*pstFileDesc, GpbXmlNodeName(pstNode), typeName))
+        const unsigned int result = OpenTopContainer(pstNode, pstParent, object, descriptor);
+        if (result != GPB_COMPILER_OK)
         {
-            return GPB_COMPILER_NO_JSON_ITEM;
+            return result;
         }
-        descriptor = pstImporter->pool()->FindMessageTypeByName(typeName);
     }
     else
     {
@@ -84,6 +88,31 @@ unsigned int GpbXmlCompilerJson::ProcXmlContainerNode(const Descriptor *pstDescr
     const unsigned int result = IterXmlDoc(descriptor, pstNode->children, object);
     --uiDepth;
     return result;
+}
+
+bool GpbXmlCompilerJson::HasRoomFor(xmlNode *pstNode)
+{
+    if (uiDepth < GPB_JSON_MAX_DEPTH)
+    {
+        return true;
+    }
+    GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, CONTAINER, __LINE__,
+               "[GpbXmlCompilerJson][ProcXmlContainerNode]Fail to make container [%s]. depth is %u.",
+               GpbXmlNodeName(pstNode), GPB_JSON_MAX_DEPTH);
+    return false;
+}
+
+unsigned int GpbXmlCompilerJson::OpenTopContainer(xmlNode *pstNode, cJSON *pstParent, cJSON *&pstObject,
+                                                  const Descriptor *&pstDescriptor) const
+{
+    pstObject = CreateJsTopNode(pstNode, pstParent);
+    std::string typeName;
+    if (!GpbTopTypeName(*pstFileDesc, GpbXmlNodeName(pstNode), typeName))
+    {
+        return GPB_COMPILER_NO_JSON_ITEM;
+    }
+    pstDescriptor = pstImporter->pool()->FindMessageTypeByName(typeName);
+    return GPB_COMPILER_OK;
 }
 
 unsigned int GpbXmlCompilerJson::ProcXmlPresenceContainerNode(const Descriptor *pstDescriptor, xmlNode *pstNode,
@@ -104,9 +133,15 @@ const FieldDescriptor *GpbXmlCompilerJson::FindField(const Descriptor *pstDescri
         pstFieldFinder->FindNode(pstDescriptor, name, GPB_GetDescriptorLayerNum(pstDescriptor) + 1).field;
     if (field == nullptr)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_SKIP, __LINE__, "Fail to find field descriptore for name %s.", name);
+        ReportNoField(pstNode);
     }
     return field;
+}
+
+void GpbXmlCompilerJson::ReportNoField(xmlNode *pstNode)
+{
+    GPB_LOG_AS(pvLibHandle, GPB_LOG_SKIP, FIND_FIELD, __LINE__, "Fail to find field descriptore for name %s.",
+               GpbXmlNodeName(pstNode));
 }
 
 cJSON *GpbXmlCompilerJson::CreateJsTopNode(xmlNode *pstNode, cJSON *pstParent) const

@@ -426,6 +426,9 @@ protected:
     /** The array whose member an item is; null for an item with a key, and for one that is not in the tree. */
     static struct cJSON *FindArrayOf(struct cJSON *pstRoot, struct cJSON *pstItem);
 
+    /** Opens the message of a field of the top layer's message, and puts its layer on the stack. */
+    unsigned int PushLayer(const google::protobuf::FieldDescriptor *pstField, GpbCompilerStack &stStack);
+
     /** Makes a message the top message, and frees the earlier ones that the compiler points to no longer. */
     void KeepTopMessage(google::protobuf::Message *pstTop);
 
@@ -484,13 +487,19 @@ protected:
                                  struct cJSON *pstParent);
     unsigned int ProcXmlEmptyLeafNode(const google::protobuf::Descriptor *pstDescriptor, struct _xmlNode *pstNode,
                                       struct cJSON *pstParent);
+    bool HasRoomFor(struct _xmlNode *pstNode);
+    unsigned int OpenTopContainer(struct _xmlNode *pstNode, struct cJSON *pstParent, struct cJSON *&pstObject,
+                                  const google::protobuf::Descriptor *&pstDescriptor) const;
     const google::protobuf::FieldDescriptor *FindField(const google::protobuf::Descriptor *pstDescriptor,
                                                        struct _xmlNode *pstNode);
+    void ReportNoField(struct _xmlNode *pstNode);
     struct cJSON *CreateJsTopNode(struct _xmlNode *pstNode, struct cJSON *pstParent) const;
     struct cJSON *CreateJsObject(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                  struct cJSON *pstParent);
     struct cJSON *GetJsListNode(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                 struct cJSON *pstParent);
+    unsigned int FillLeafText(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
+                              struct cJSON *pstParent, const char *pcText);
     unsigned int FillLeafField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
                                struct cJSON *pstParent, const char *pcText);
     unsigned int CreateJsField(const google::protobuf::FieldDescriptor *pstField, struct _xmlNode *pstNode,
