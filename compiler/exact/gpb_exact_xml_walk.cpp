@@ -1,107 +1,16 @@
 #include "compiler/exact/gpb_exact_xml_walk.h"
 
-#include <cstring>
 #include <google/protobuf/descriptor.h>
 #include <string>
-#include <string_view>
 
 #include "compiler/exact/gpb_exact_open.h"
+#include "compiler/exact/gpb_exact_xml_node.h"
 #include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_module_plan.h"
 #include "compiler/gpb_xml_log.h"
-#include "compiler/gpb_xml_node.h"
 
 using google::protobuf::FieldDescriptor;
-
-namespace
-{
-
-char TRUE_VALUE[] = "true";
-char EMPTY_VALUE[] = "";
-
-constexpr char LINE_BREAK = '\n';
-constexpr char BLANKS[] = " \t\r\n";
-
-const char *TextOf(const xmlChar *text)
-{
-    return text == nullptr ? "" : reinterpret_cast<const char *>(text);
-}
-
-bool IsText(const xmlNode *node)
-{
-    return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
-}
-
-// What an element below the root stands for, and the text of a leaf: the document's own, or several pieces of it
-// joined. Comments and processing instructions count for nothing.
-GpbXmlNodeKind ReadContent(xmlNode *node, char *&text, std::string &joined)
-{
-    const GpbXmlNodeKind kind = GpbClassifyXmlNode(node);
-    if (kind == GpbXmlNodeKind::IGNORED || kind == GpbXmlNodeKind::EMPTY)
-    {
-        return kind;
-    }
-    size_t pieces = 0;
-    for (xmlNode *child = node->children; child != nullptr; child = child->next)
-    {
-        if (child->type == XML_ELEMENT_NODE)
-        {
-            return GpbXmlNodeKind::CONTAINER;
-        }
-        if (child->type == XML_ENTITY_REF_NODE)
-        {
-            // Its text is not looked at, and what is left of the value without it would be another one.
-            return kind == GpbXmlNodeKind::LEAF ? GpbXmlNodeKind::IGNORED : kind;
-        }
-        if (IsText(child) && *TextOf(child->content) != '\0')
-        {
-            ++pieces;
-            text = reinterpret_cast<char *>(child->content);
-        }
-    }
-    if (pieces > 1)
-    {
-        for (const xmlNode *child = node->children; child != nullptr; child = child->next)
-        {
-            joined += IsText(child) ? TextOf(child->content) : "";
-        }
-        text = joined.data();
-    }
-    return pieces == 0 ? GpbXmlNodeKind::EMPTY : GpbXmlNodeKind::LEAF;
-}
-
-// The module that a namespace stands for: what it ends with. Published modules name theirs so (RFC 6020 section 14),
-// and vendors with addresses of the web do, too.
-std::string_view ModuleOf(const xmlNs *space)
-{
-    const std::string_view name = TextOf(space == nullptr ? nullptr : space->href);
-    const size_t separator = name.find_last_of(":/");
-    return separator == std::string_view::npos ? name : name.substr(separator + 1);
-}
-
-// Whether a container's text is only formatting.
-bool IsFormatting(const char *text)
-{
-    return *text == LINE_BREAK || text[std::strspn(text, BLANKS)] == '\0';
-}
-
-// The value that an empty element stands for; null when its field has none.
-char *EmptyValueOf(const FieldDescriptor &field)
-{
-    switch (field.type())
-    {
-    case FieldDescriptor::TYPE_BOOL:
-        return TRUE_VALUE;
-    case FieldDescriptor::TYPE_STRING:
-    case FieldDescriptor::TYPE_BYTES:
-        return EMPTY_VALUE;
-    default:
-        return nullptr;
-    }
-}
-
-} // namespace
 
 GpbExactXmlWalk::GpbExactXmlWalk(GpbXmlCompiler &compiler) : compiler_(compiler), tables_(compiler.pstPlan->exactNames)
 {
@@ -145,7 +54,7 @@ unsigned int GpbExactXmlWalk::WalkNode(xmlNode *node, GpbCompilerStack &stack, b
 {
     std::string joined;
     char *text = nullptr;
-    switch (ReadContent(node, text, joined))
+    switch (GpbReadExactContent(node, text, joined))
     {
     case GpbXmlNodeKind::IGNORED:
         break;
@@ -166,7 +75,7 @@ const GpbExactField *GpbExactXmlWalk::Find(xmlNode *node, GpbExactKind kind, con
     if (node->ns != space_)
     {
         space_ = node->ns;
-        module_ = ModuleOf(space_);
+        module_ = GpbExactModuleOf(space_);
     }
     const GpbCompilerStackLayer &top = stack.astLayer[stack.uiLayerNum - 1];
     return tables_.TableOf(top.pstDescriptor, stack.uiLayerNum + 1).Find(GpbXmlNodeName(node), kind, module_);
@@ -202,13 +111,13 @@ unsigned int GpbExactXmlWalk::StoreText(xmlNode *node, char *text, GpbCompilerSt
     const GpbExactField *found = Find(node, GpbExactKind::LEAF, stack);
     if (found == nullptr)
     {
-        const GpbExactField *container = IsFormatting(text) ? Find(node, GpbExactKind::MESSAGE, stack) : nullptr;
+        const GpbExactField *container = GpbIsFormatting(text) ? Find(node, GpbExactKind::MESSAGE, stack) : nullptr;
         if (container != nullptr)
         {
             return AddContainer(node, *container, stack);
         }
         // A container that is none of the layer's has no line of its own.
-        if (*text != LINE_BREAK)
+        if (*text != GPB_LINE_BREAK)
         {
             GpbReportNoXmlLeaf(compiler_.pvLibHandle, GpbXmlNodeName(node), GpbTopLayer(stack));
         }
@@ -237,7 +146,7 @@ unsigned int GpbExactXmlWalk::StoreEmpty(xmlNode *node, GpbCompilerStack &stack)
     {
         return AddContainer(node, *found, stack);
     }
-    char *value = EmptyValueOf(*found->field);
+    char *value = GpbEmptyValueOf(*found->field);
     if (value == nullptr)
     {
         GpbReportXmlEmptyLeafType(compiler_.pvLibHandle, *found->field);
