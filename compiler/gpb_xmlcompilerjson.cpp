@@ -2,12 +2,14 @@
 #include <cjson/cJSON.h>
 #include <libxml/tree.h>
 
+#include "compiler/exact/gpb_exact_xml_to_json.h"
 #include "compiler/gpb_json_text.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
+#include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "platform/yos.h"
 #include "platform/zmp.h"
@@ -77,7 +79,13 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
         return GPB_COMPILER_NO_JSON_ITEM;
     }
     const unsigned int result =
-        GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM, [&] { return IterXmlDoc(nullptr, pstRoot, pstJsonRoot); });
+        GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM,
+                   [&]
+                   {
+                       return GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0
+                                  ? GpbExactXmlToJson(*this).WalkDocument(pstRoot)
+                                  : IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
+                   });
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,
