@@ -136,41 +136,112 @@ constexpr const char *kLosslessXml =
     "<list><a-leaf>1</a-leaf></list><list><a-leaf><![CDATA[a leaf that does not fit into a string itself]]></a-leaf>"
     "</list><deep-leaf>1.5</deep-leaf><box/><words/><flag/></top>";
 
-/** A compiler of a class of a host, which fills messages of protobuf. */
+/** Compilers of classes of a host, which fill messages of protobuf. */
 class HostCompiler : public GpbXmlCompiler
 {
 public:
     using GpbXmlCompiler::GpbXmlCompiler;
 };
 
-// A compiler whose context has another importer begins without a plan, so each run makes the tables of names anew.
-TEST_F(MemoryFaults, LosslessXmlToGpb)
+class HostJsonCompiler : public GpbJsonCompiler
 {
-    const GpbLibInitParam param = {1, 2, {}};
-    GpbLibContext *const other = GPBLIB_Initial(&param);
-    ASSERT_EQ(0u, GPBEXT_SetLossless(other, 1));
-    const auto *const importer = GPBLIB_GetImporter(m_context);
-    const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, gpbtest::kFaultModule);
-    const gpbtest::XmlDocument document(kLosslessXml);
-    const auto life = [&](auto make)
+public:
+    using GpbJsonCompiler::GpbJsonCompiler;
+};
+
+/** Compilers with the lossless setting. Their context has another importer, and so they begin without a plan: each run
+ * makes the tables of names anew. */
+class LosslessMemoryFaults : public MemoryFaults
+{
+protected:
+    void SetUp() override
     {
-        return [&document, make]
-        {
-            std::unique_ptr<GpbXmlCompilerBase> compiler;
-            try
+        MemoryFaults::SetUp();
+        const GpbLibInitParam param = {1, 2, {}};
+        m_other = GPBLIB_Initial(&param);
+        ASSERT_EQ(0u, GPBEXT_SetLossless(m_other, 1));
+    }
+
+    void TearDown() override
+    {
+        GPBLIB_Uninitial(m_other);
+        MemoryFaults::TearDown();
+    }
+
+    /** failEach over the life of a compiler of a class, from its making to `encode(compiler)`, which destroys it. */
+    template <typename Compiler, typename Encode, typename... Argument>
+    void failEachEncode(const Encode &encode, Argument... argument)
+    {
+        const auto *const importer = GPBLIB_GetImporter(m_context);
+        const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, gpbtest::kFaultModule);
+        failEach(
+            [&]
             {
-                compiler = make();
-            }
-            catch (const std::bad_alloc &)
-            {
-                return FaultResult();
-            }
-            return gpbtest::encodeXml(compiler.release(), document.get());
-        };
-    };
-    failEach(life([&] { return std::make_unique<GpbXmlCompiler>(file, importer, other); }));
-    failEach(life([&] { return std::make_unique<HostCompiler>(file, importer, other); }));
-    GPBLIB_Uninitial(other);
+                std::unique_ptr<GpbXmlCompilerBase> compiler;
+                try
+                {
+                    compiler = std::make_unique<Compiler>(file, importer, m_other, argument...);
+                }
+                catch (const std::bad_alloc &)
+                {
+                    return FaultResult();
+                }
+                return encode(compiler.release());
+            });
+    }
+
+    GpbLibContext *m_other = nullptr;
+};
+
+TEST_F(LosslessMemoryFaults, XmlToGpb)
+{
+    const gpbtest::XmlDocument document(kLosslessXml);
+    const auto encode = [&](GpbXmlCompilerBase *compiler) { return gpbtest::encodeXml(compiler, document.get()); };
+    failEachEncode<GpbXmlCompiler>(encode);
+    failEachEncode<HostCompiler>(encode);
+}
+
+TEST_F(LosslessMemoryFaults, XmlToJson)
+{
+    const gpbtest::XmlDocument document(kLosslessXml);
+    failEachEncode<GpbXmlCompilerJson>([&](GpbXmlCompilerBase *compiler)
+                                       { return gpbtest::encodeXml(compiler, document.get()); },
+                                       static_cast<unsigned char>(0));
+}
+
+TEST_F(LosslessMemoryFaults, XmlToJsonWithPrefixes)
+{
+    // Names that readers would take for others, of a value, a container and a list.
+    const gpbtest::XmlDocument document(
+        "<top><name xmlns='urn:first'>a name that does not fit into a string itself</name>"
+        "<box xmlns='urn:first'><label>l</label></box><list xmlns='urn:first'><key>k</key></list></top>");
+    m_work.writeFile(std::string("reslink/protobuf/prefixes.proto"), R"(syntax = "proto3"; package prefixes;
+        message Top { string name = 1 [json_name = "first:name"]; string own_name = 2 [json_name = "prefixes:name"];
+          message Box { string label = 1; string key = 2; }
+          Box box = 3; Box own_box = 4 [json_name = "prefixes:box"];
+          repeated Box list = 5; repeated Box own_list = 6 [json_name = "prefixes:list"]; })");
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, "prefixes", 0));
+    ASSERT_EQ(0u, GPBEXT_SetLossless(m_context, 1));
+    failEach(
+        [&]
+        { return gpbtest::encodeXml(GpbXmlCompiler_CreateJsonCompiler(m_context, "prefixes", 0), document.get()); });
+}
+
+TEST_F(LosslessMemoryFaults, JsonToGpb)
+{
+    const std::unique_ptr<cJSON, JsonFree> tree(cJSON_Parse(
+        R"({"life:top":{"name":"a name that does not fit into a string itself","colors":["red","green"],)"
+        R"("list":[{"a-leaf":"a leaf that does not fit into a string itself"},{"item":[{"n":-1},{"n":0.5}]}],)"
+        R"("deep-leaf":0.30000000000000004,"words":["one that does not fit into a string itself",""],"flag":[null]}})"));
+    ASSERT_NE(nullptr, tree);
+    cJSON *const top = tree->child;
+    for (cJSON *item : {top, gpbtest::findItem(top, "list"), gpbtest::findItem(top, "list")->child,
+                        gpbtest::findItem(top, "a-leaf"), gpbtest::findItem(top, "item")->child->next})
+    {
+        const auto encode = [&](GpbXmlCompilerBase *compiler) { return gpbtest::encodeJson(compiler, top, item); };
+        failEachEncode<GpbJsonCompiler>(encode);
+        failEachEncode<HostJsonCompiler>(encode);
+    }
 }
 
 TEST_F(MemoryFaults, XmlToJson)
