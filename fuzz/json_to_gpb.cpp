@@ -1,4 +1,5 @@
-/** Any JSON document, whole and from each of its items, by the compiler of the module that knows its root. */
+/** Any JSON document, whole and from each of its items, by the compiler of the module that knows its root, in
+ * both settings. */
 #include "gpb_templatelib/gpb_compiler_c.h"
 #include "support/documents.h"
 #include "support/guard.h"
@@ -52,6 +53,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     cJSON *const root = document->child == nullptr ? document.get() : document->child;
     const char *const module = gpbfuzz::moduleOf(root->string == nullptr ? "" : root->string);
+    encodeWhole(module, root);
+    encodeSubTrees(module, root);
+    const gpbfuzz::Lossless lossless(gpbfuzz::library());
     encodeWhole(module, root);
     encodeSubTrees(module, root);
     return 0;

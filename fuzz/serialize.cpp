@@ -163,6 +163,17 @@ cJSON *asJson(const xmlNode *element)
     return object;
 }
 
+/** A document from XML, from JSON, and from a part of the JSON. */
+void requireSame(GpbLibContext *shared, const char *module, xmlDoc *document, cJSON *root)
+{
+    gpbfuzz::requireSameXml(shared, module, document);
+    gpbfuzz::requireSameJson(shared, module, root, root);
+    if (root->child != nullptr)
+    {
+        gpbfuzz::requireSameJson(shared, module, root, root->child);
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -176,18 +187,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const std::string xml = "<top>" + Writer(bytes).content(top, kMaxDepth) + "</top>";
     const gpbfuzz::XmlDocument document = gpbfuzz::parseXml(reinterpret_cast<const uint8_t *>(xml.data()), xml.size());
     gpbfuzz::require(document != nullptr, "the document is not well-formed");
-    gpbfuzz::requireSameXml(shared, module, document.get());
-    {
-        const gpbfuzz::Lossless lossless(shared);
-        gpbfuzz::requireSameXml(shared, module, document.get());
-    }
     const gpbfuzz::JsonDocument tree(cJSON_CreateObject());
     cJSON *const root = asJson(xmlDocGetRootElement(document.get()));
     cJSON_AddItemToObject(tree.get(), "top", root);
-    gpbfuzz::requireSameJson(shared, module, root, root);
-    if (root->child != nullptr)
-    {
-        gpbfuzz::requireSameJson(shared, module, root, root->child);
-    }
+    requireSame(shared, module, document.get(), root);
+    const gpbfuzz::Lossless lossless(shared);
+    requireSame(shared, module, document.get(), root);
     return 0;
 }

@@ -1,4 +1,4 @@
-/** Any XML document as JSON, with 64-bit numbers as texts and as numbers. */
+/** Any XML document as JSON, with 64-bit numbers as texts and as numbers, in both settings. */
 #include <cstring>
 
 #include "gpb_templatelib/gpb_compiler_c.h"
@@ -36,6 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const gpbfuzz::XmlDocument document = gpbfuzz::parseXml(data, size);
     if (document != nullptr)
     {
+        convert(document.get(), 0);
+        convert(document.get(), 1);
+        const gpbfuzz::Lossless lossless(gpbfuzz::library());
         convert(document.get(), 0);
         convert(document.get(), 1);
     }
