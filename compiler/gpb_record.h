@@ -110,15 +110,16 @@ public:
     template <typename Visit>
     void ForEachFromLast(const Visit &visit) const
     {
+        const GpbRecordField *const fields = type_.Fields();
+        const GpbRecordValue *const values = values_;
         for (size_t word = WordCount(type_); word-- > 0;)
         {
             for (uint64_t bits = present_[word]; bits != 0;)
             {
                 const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
                 bits &= ~(UINT64_C(1) << bit);
-                const size_t place = word * WORD_BITS + bit;
-                const GpbRecordField &field = type_.FieldAt(place);
-                visit(field, values_[field.valueIndex]);
+                const GpbRecordField &field = fields[word * WORD_BITS + bit];
+                visit(field, values[field.valueIndex]);
             }
         }
     }
