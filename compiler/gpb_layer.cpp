@@ -106,7 +106,9 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
                     const FieldDescriptor &field)
 {
-    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
+    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath);
+    layer.strXPath.push_back('.');
+    layer.strXPath.append(GpbPbName(field));
 }
 
 GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const FieldDescriptor &field)
@@ -114,7 +116,11 @@ GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, c
     const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
     GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
     layer.strXPath.clear();
-    layer.strXPath.reserve(upper.strXPath.size() + 1 + GpbPbName(field).size());
+    const size_t room = upper.strXPath.size() + 1 + GpbPbName(field).size();
+    if (layer.strXPath.capacity() < room)
+    {
+        layer.strXPath.reserve(room);
+    }
     layer.pstDescriptor = field.message_type();
     layer.pstMessage = message;
     ++stack.uiLayerNum;

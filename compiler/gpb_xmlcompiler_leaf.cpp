@@ -43,7 +43,8 @@ struct IdentityFree
 
 } // namespace
 
-unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
     xmlNode *child = pstNode->children;
     if (child == nullptr || child->type != XML_TEXT_NODE)
@@ -62,13 +63,13 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
         return ProcXmlPresenceContainerNode(pstNode, stStack);
     }
     const uint32_t layerNum = stStack.uiLayerNum;
+    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFoundField found = pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindLeaf(layer->pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
-                "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", name,
-                GpbTopLayer(stStack).strXPath.c_str());
+                "[GpbXmlCompiler][ProcXmlLeafNode]Fail to find field [%s] from [%s].", name, layer->strXPath.c_str());
         return GPB_COMPILER_NO_FIELD;
     }
     if (found.caseField != nullptr)
@@ -81,6 +82,7 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
             // Layers that were pushed stay, as they do for a host that looks at the stack.
             return result;
         }
+        layer = &GpbTopLayer(stStack);
     }
     // Only a leaf that declares a namespace can hold an identity.
     const std::unique_ptr<char, IdentityFree> identity(
@@ -88,8 +90,8 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
     char *value = identity == nullptr ? text : identity.get();
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
-        result = FillLeafField(GpbTopLayer(stStack), found.field, value, name);
+        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
+        result = FillLeafField(*layer, found.field, value, name);
     }
     stStack.uiLayerNum = layerNum;
     return result;
