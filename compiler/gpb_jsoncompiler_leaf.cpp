@@ -49,34 +49,34 @@ const char *NumberText(double value, char (&number)[GPB_JSON_NUMBER_SIZE])
 // The text of a value as the translators read it; null for a value that is none. `number` is the room for a number.
 const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
 {
-    if (cJSON_IsFalse(item) != 0)
+    switch (GpbJsonType(item))
     {
+    case cJSON_False:
         return "false";
-    }
-    if (cJSON_IsTrue(item) != 0)
-    {
+    case cJSON_True:
         return "true";
-    }
-    if (cJSON_IsNumber(item) != 0)
-    {
+    case cJSON_Number:
         return NumberText(item->valuedouble, number);
+    case cJSON_String:
+        return item->valuestring;
+    default:
+        return nullptr;
     }
-    return cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
 }
 
 } // namespace
 
-unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
 {
     const uint32_t layerNum = stStack.uiLayerNum;
-    const GpbCompilerStackLayer &top = GpbTopLayer(stStack);
-    const GpbFoundField found =
-        pstFieldFinder->FindNode(top.pstDescriptor, GpbLib_Json_GetObjectName(pstItem), layerNum + 1);
+    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
+    const GpbFoundField found = pstFieldFinder->FindNode(layer->pstDescriptor, pstItem->string, layerNum + 1);
     if (found.field == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_SKIP, LINE_NO_LEAF_FIELD,
                 "Gpb Compiler leaf node fail to find field [%s] from [%s].", GpbJsonLogKey(pstItem),
-                top.strXPath.c_str());
+                layer->strXPath.c_str());
         return GPB_COMPILER_ERR;
     }
     if (found.caseField != nullptr)
@@ -89,13 +89,13 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
                     GpbTopLayer(stStack).strXPath.c_str());
             return result;
         }
+        layer = &GpbTopLayer(stStack);
     }
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
-        const GpbCaseSwitch caseSwitch(stStack, layer.pstMessage, found.field);
-        result = cJSON_IsNull(pstItem) != 0 ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
-                                            : FillLeafField(layer, found.field, pstItem);
+        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
+        result = GpbJsonType(pstItem) == cJSON_NULL ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
+                                                    : FillLeafField(*layer, found.field, pstItem);
     }
     stStack.uiLayerNum = layerNum;
     return result;
