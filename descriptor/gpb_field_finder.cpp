@@ -9,6 +9,6 @@ void GpbFieldFinder::Change(UsedInLayer &used, const Descriptor *message, uint32
     std::swap(used.last, used.before);
     if (!used.last.IsOf(message, layer))
     {
-        used.last = {&plan_.TableOf(message, layer), 0};
+        used.last = {&plan_.TableOf(message, layer), {}};
     }
 }

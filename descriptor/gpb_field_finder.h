@@ -28,12 +28,12 @@ public:
 
 private:
     // Deeper layers share a place with higher ones.
-    static constexpr uint32_t LAYERS = 8;
+    static constexpr uint32_t LAYERS = 4;
 
     struct Used
     {
         const GpbNameTable *table = nullptr;
-        uint32_t expected = 0;
+        GpbNameGuess guess;
 
         bool IsOf(const google::protobuf::Descriptor *message, uint32_t layer) const
         {
@@ -55,7 +55,7 @@ private:
         {
             Change(used, message, layer);
         }
-        return used.last.table->Find(nodeName, used.last.expected);
+        return used.last.table->Find(nodeName, used.last.guess);
     }
 
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);

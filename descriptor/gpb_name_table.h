@@ -23,6 +23,13 @@ struct GpbNamedField
     uint32_t next = 0;     ///< place of the name that most documents have behind this one
 };
 
+/// Which name comes next in a document, of those in a table.
+struct GpbNameGuess
+{
+    uint32_t place = 0;
+    bool isTried = false; ///< the guess before would have been right
+};
+
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
 /// changed, so it may be read by any number of threads.
 ///
@@ -39,13 +46,12 @@ public:
         return message == message_ && layer == layer_;
     }
 
-    /// @param expected  the place that is tried first, 0 at the beginning; out: the one to try next
-    const GpbNamedField &Find(const char *nodeName, uint32_t &expected) const
+    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess) const
     {
-        const GpbNamedField &guess = fields_[expected];
-        const bool isRight = *guess.name == *nodeName && std::strcmp(guess.name, nodeName) == 0;
-        const GpbNamedField &found = isRight ? guess : LookUp(nodeName);
-        expected = found.next;
+        const GpbNamedField &guessed = fields_[guess.place];
+        const bool isRight = guess.isTried && std::strcmp(guessed.name, nodeName) == 0;
+        const GpbNamedField &found = isRight ? guessed : LookUp(nodeName);
+        guess = {found.next, &found == &guessed};
         return found;
     }
 
