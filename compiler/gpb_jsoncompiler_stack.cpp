@@ -159,7 +159,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
         }
     }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    // The path is made when the layer is pushed, and for a log line that somebody reads.
+    // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.
     GpbCompilerStackLayer layer;
     unsigned int result = GPB_COMPILER_OK;
     {
@@ -178,7 +178,11 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
                 GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *found.field);
+    if (GpbIsPathRead(pvLibHandle, pushed))
+    {
+        GenerateXPath(pushed, &upper, found.field);
+    }
     return GPB_COMPILER_OK;
 }
 

@@ -97,7 +97,7 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
         }
     }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    // The path is made when the layer is pushed, and for log lines that somebody reads.
+    // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
     GpbCompilerStackLayer layer;
     unsigned int result = GenerateLayerType(layer, &upper, found.field, nullptr);
     if (result != GPB_COMPILER_OK)
@@ -121,7 +121,11 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
                 GpbXPathOf(upper, *found.field).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *found.field), &upper, found.field);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *found.field);
+    if (GpbIsPathRead(pvLibHandle, pushed))
+    {
+        GenerateXPath(pushed, &upper, found.field);
+    }
     return GPB_COMPILER_OK;
 }
 
