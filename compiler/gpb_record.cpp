@@ -16,7 +16,6 @@ std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
 GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
     : type_(type), arena_(arena), parent_(parent)
 {
-    static_assert(sizeof(GpbRecord) % alignof(GpbRecordValue) == 0, "what stands behind a record is aligned");
     // Most types have one word and no choice.
     uint64_t *const present = Present();
     present[0] = 0;

@@ -68,7 +68,7 @@ uint64_t GpbRecordNumber(Value value)
 /// GpbRecordOf leads to its values.
 ///
 /// All records below a top record lie in its arena and go with it.
-class GpbRecord final : public google::protobuf::Message
+class alignas(GpbRecordValue) GpbRecord final : public google::protobuf::Message
 {
 public:
     /// An empty top record. A lack of memory is thrown, here and below, and changes nothing.
