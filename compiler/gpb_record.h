@@ -79,6 +79,7 @@ public:
     GpbRecord &operator=(const GpbRecord &) = delete;
 
     /// A top record is larger than its class, which the operator that knows the size would not expect.
+    // NOLINTNEXTLINE(cert-dcl54-cpp,misc-new-delete-overloads): records are made in memory that was taken for them
     static void operator delete(void *memory) { ::operator delete(memory); }
 
     const GpbRecordType &Type() const { return type_; }

@@ -78,7 +78,7 @@ struct Answer
 // before the one with it.
 bool IsDeclaredBefore(const Answer &left, const Answer &right)
 {
-    const auto isBefore = std::less<const FieldDescriptor *>();
+    const auto isBefore = std::less<>();
     const GpbFoundField &one = left.found.node;
     const GpbFoundField &other = right.found.node;
     if (one.caseField != other.caseField)
