@@ -16,6 +16,13 @@ struct GpbJsonItemFree
 /// An item that belongs to no tree yet.
 using GpbJsonItem = std::unique_ptr<cJSON, GpbJsonItemFree>;
 
+/// An item's type without its flags; cJSON_Invalid for no item. cJSON's own tests are a call for each type.
+inline int GpbJsonType(const cJSON *item)
+{
+    constexpr int TYPE_BITS = 0xFF;
+    return item == nullptr ? cJSON_Invalid : item->type & TYPE_BITS;
+}
+
 /// The item's key for a log line; members of arrays have none.
 inline const char *GpbJsonLogKey(const cJSON *item)
 {

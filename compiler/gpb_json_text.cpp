@@ -11,10 +11,11 @@
 #include <stdexcept>
 #include <utility>
 
+#include "compiler/gpb_json_node.h"
+
 namespace
 {
 
-constexpr int ITEM_TYPE = 0xFF; // of the flags of an item
 constexpr size_t FIRST_CAPACITY = 1024;
 
 constexpr double INTEGER_LIMIT = 1e15; // integers below have no more digits than SHORT_DIGITS
@@ -99,7 +100,7 @@ char *WriteNumber(char *out, double number)
 
 bool GpbJsonText::Append(const cJSON *item)
 {
-    switch (item->type & ITEM_TYPE)
+    switch (GpbJsonType(item))
     {
     case cJSON_NULL:
         AppendPlain("null");

@@ -11,6 +11,7 @@
 #include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_number_text.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -29,16 +30,53 @@ constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
 constexpr char PRESENT[] = "true";
 constexpr char NO_TEXT[] = "";
 
-// A number with fourteen digits. Most are whole and have no more of them: those are written without the platform.
+// Writes a decimal number as printf does with fourteen digits, if it has no more than those and at most four behind the
+// point; else null. Of all decimals of so few digits, only one is read as this number: that is the one which printf
+// writes, too.
+char *WriteShortDecimal(double value, char *out)
+{
+    constexpr double FIFTEEN_DIGITS = 1e14;
+    constexpr uint64_t SCALES[] = {10, 100, 1000, 10000};
+    const double size = std::fabs(value);
+    for (const uint64_t scale : SCALES)
+    {
+        const double scaled = size * static_cast<double>(scale);
+        if (!(scaled < FIFTEEN_DIGITS - 1))
+        {
+            return nullptr;
+        }
+        const auto digits = static_cast<uint64_t>(scaled + 1.0 / 2);
+        if (static_cast<double>(digits) / static_cast<double>(scale) != size)
+        {
+            continue;
+        }
+        if (std::signbit(value))
+        {
+            *out++ = '-';
+        }
+        // The digit before the fraction keeps its zeros.
+        char *const end = std::to_chars(out, out + GPB_JSON_NUMBER_SIZE / 2, digits / scale).ptr;
+        char *const fraction = std::to_chars(end, end + GPB_JSON_NUMBER_SIZE / 4, scale + digits % scale).ptr;
+        *end = '.';
+        return fraction;
+    }
+    return nullptr;
+}
+
+// A number with fourteen digits. Most are whole, or have few digits behind the point: those are written without the
+// platform.
 const char *NumberText(double value, char (&number)[GPB_JSON_NUMBER_SIZE])
 {
     constexpr double FIFTEEN_DIGITS = 1e14;
     if (value > -FIFTEEN_DIGITS && value < FIFTEEN_DIGITS && !(value == 0 && std::signbit(value)))
     {
         const auto whole = static_cast<int64_t>(value);
-        if (static_cast<double>(whole) == value)
+        char *const end = static_cast<double>(whole) == value
+                              ? std::to_chars(std::begin(number), std::end(number) - 1, whole).ptr
+                              : (GpbPointIsDot() ? WriteShortDecimal(value, number) : nullptr);
+        if (end != nullptr)
         {
-            *std::to_chars(std::begin(number), std::end(number) - 1, whole).ptr = '\0';
+            *end = '\0';
             return number;
         }
     }
@@ -48,32 +86,32 @@ const char *NumberText(double value, char (&number)[GPB_JSON_NUMBER_SIZE])
 // The text of a value as the translators read it; null for a value that is none. `number` is the room for a number.
 const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
 {
-    if (cJSON_IsFalse(item) != 0)
+    switch (GpbJsonType(item))
     {
+    case cJSON_False:
         return "false";
-    }
-    if (cJSON_IsTrue(item) != 0)
-    {
+    case cJSON_True:
         return "true";
-    }
-    if (cJSON_IsNumber(item) != 0)
-    {
+    case cJSON_Number:
         return NumberText(item->valuedouble, number);
+    case cJSON_String:
+        return item->valuestring;
+    default:
+        return nullptr;
     }
-    return cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
 }
 
 } // namespace
 
-unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
 {
     const uint32_t layerNum = stStack.uiLayerNum;
-    const GpbCompilerStackLayer &top = GpbTopLayer(stStack);
-    const GpbFoundField found =
-        pstFieldFinder->FindNode(top.pstDescriptor, GpbLib_Json_GetObjectName(pstItem), layerNum + 1);
+    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
+    const GpbFoundField found = pstFieldFinder->FindNode(layer->pstDescriptor, pstItem->string, layerNum + 1);
     if (found.field == nullptr)
     {
-        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), top);
+        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), *layer);
         return GPB_COMPILER_ERR;
     }
     if (found.caseField != nullptr)
@@ -84,13 +122,13 @@ unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack 
             GpbReportJsonLeafCaseFailed(pvLibHandle, GpbJsonLogKey(pstItem), GpbTopLayer(stStack));
             return result;
         }
+        layer = &GpbTopLayer(stStack);
     }
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
-        const GpbCaseSwitch caseSwitch(stStack, layer.pstMessage, found.field);
-        result = cJSON_IsNull(pstItem) != 0 ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
-                                            : FillLeafField(layer, found.field, pstItem);
+        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
+        result = GpbJsonType(pstItem) == cJSON_NULL ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
+                                                    : FillLeafField(*layer, found.field, pstItem);
     }
     stStack.uiLayerNum = layerNum;
     return result;

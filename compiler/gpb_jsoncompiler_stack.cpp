@@ -161,7 +161,7 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
 unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    // The path is made when the layer is pushed, and for a log line that somebody reads.
+    // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.
     GpbCompilerStackLayer layer;
     unsigned int result = GPB_COMPILER_OK;
     {
@@ -180,7 +180,11 @@ unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbComp
                 GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *pstField), &upper, pstField);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);
+    if (GpbIsPathRead(pvLibHandle, pushed))
+    {
+        GenerateXPath(pushed, &upper, pstField);
+    }
     return GPB_COMPILER_OK;
 }
 

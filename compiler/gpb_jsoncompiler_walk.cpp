@@ -15,17 +15,17 @@ unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCom
     for (cJSON *item = pstFirst; item != nullptr; item = item->next)
     {
         unsigned int result = GPB_COMPILER_OK;
-        if (cJSON_IsArray(item) != 0)
+        switch (GpbJsonType(item))
         {
+        case cJSON_Array:
             result = ProcJsonArrayNode(item, stStack);
-        }
-        else if (cJSON_IsObject(item) != 0)
-        {
+            break;
+        case cJSON_Object:
             result = ProcJsonContainerNode(item, pstParent, stStack);
-        }
-        else
-        {
+            break;
+        default:
             result = ProcJsonLeafNode(item, stStack);
+            break;
         }
         if (result != GPB_COMPILER_OK)
         {
@@ -57,7 +57,7 @@ unsigned int GpbJsonCompiler::ProcJsonArrayNode(cJSON *pstArray, GpbCompilerStac
         return GPB_COMPILER_OK;
     }
     // The first member speaks for all of them.
-    if (cJSON_IsObject(first) == 0 && cJSON_IsArray(first) == 0)
+    if (GpbJsonType(first) != cJSON_Object && GpbJsonType(first) != cJSON_Array)
     {
         return ProcLeafListNode(pstArray, first, stStack);
     }

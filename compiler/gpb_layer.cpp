@@ -1,5 +1,6 @@
 #include "compiler/gpb_layer.h"
 
+#include <cstring>
 #include <google/protobuf/compiler/importer.h>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/dynamic_message.h>
@@ -59,6 +60,7 @@ bool GpbTopTypeName(const FileDescriptor &file, const char *containerName, std::
         return false;
     }
     (void)Gpb_util_ConverContainerName(name, NO_SUFFIX);
+    typeName.reserve(GpbPbPackage(file).size() + 1 + std::strlen(name));
     typeName.append(GpbPbPackage(file)).append(".").append(name);
     return true;
 }
@@ -106,15 +108,16 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper, const FileDescriptor &file,
                     const FieldDescriptor &field)
 {
-    layer.strXPath.append(upper == nullptr ? GpbPbPackage(file) : upper->strXPath).append(".").append(GpbPbName(field));
+    const std::string &before = upper == nullptr ? GpbPbPackage(file) : upper->strXPath;
+    std::string &path = layer.strXPath;
+    path.reserve(path.size() + before.size() + 1 + GpbPbName(field).size());
+    path.append(before).append(".").append(GpbPbName(field));
 }
 
 GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const FieldDescriptor &field)
 {
-    const GpbCompilerStackLayer &upper = stack.astLayer[stack.uiLayerNum - 1];
     GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
     layer.strXPath.clear();
-    layer.strXPath.reserve(upper.strXPath.size() + 1 + GpbPbName(field).size());
     layer.pstDescriptor = field.message_type();
     layer.pstMessage = message;
     ++stack.uiLayerNum;

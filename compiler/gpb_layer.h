@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "compiler/gpb_record.h"
 #include "core/gpb_log.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -48,8 +49,16 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// Puts a layer for `field` on a stack that has a top layer and room for another one. Its path is empty and has the
-/// room that it needs: a slot keeps the memory of its path, so that the entries of a list need it once.
+/// Whether anybody can read the path of a layer below the top: one who listens to what cannot be encoded, or a class
+/// that is derived from a compiler, whose messages are no records.
+inline bool GpbIsPathRead(const void *libHandle, const GpbCompilerStackLayer &layer)
+{
+    return GpbLogOpen(libHandle, GPB_LOG_ERROR) || GpbLogOpen(libHandle, GPB_LOG_SKIP) ||
+           GpbRecordOf(layer.pstMessage) == nullptr;
+}
+
+/// Puts a layer for `field` on a stack that has a top layer and room for another one. Its path is empty: a slot keeps
+/// the memory of its path, so that the entries of a list need it once.
 GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
                                     const google::protobuf::FieldDescriptor &field);
 

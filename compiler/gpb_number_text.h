@@ -6,25 +6,46 @@
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
+#include <limits>
 #include <system_error>
+#include <type_traits>
+
+#include "compiler/gpb_enum_text.h"
 
 /// What `read`, std::strtol or its like, reads in base 10; asked only for a text that is no plain number.
 template <typename Number>
 Number GpbReadInteger(const char *text, Number (*read)(const char *, char **, int))
 {
     constexpr int DECIMAL = 10;
+    const bool isNegative = std::is_signed_v<Number> && *text == '-';
+    const char *const first = isNegative ? text + 1 : text;
+    const char *const longest = first + std::numeric_limits<Number>::digits10; // so many digits always fit
+    const char *digit = first;
     Number value = 0;
-    // Blanks, signs and numbers out of range are left to the C library.
-    return std::from_chars(text, text + std::strlen(text), value).ec == std::errc() ? value
-                                                                                    : read(text, nullptr, DECIMAL);
+    for (; digit != longest && GpbIsDigit(*digit); ++digit)
+    {
+        value = value * DECIMAL + static_cast<Number>(*digit - '0');
+    }
+    // Blanks, other signs and longer numbers are left to the C library.
+    if (digit == first || digit == longest)
+    {
+        return read(text, nullptr, DECIMAL);
+    }
+    return isNegative ? static_cast<Number>(0 - value) : value;
+}
+
+/// Whether the locale has a point in numbers, and nothing else.
+inline bool GpbPointIsDot()
+{
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing of the answer is kept
+    return std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0;
 }
 
 /// What std::strtod reads; asked only for a text that is no plain number, and where the decimal point is another one.
 inline double GpbReadDouble(const char *text)
 {
     const char digit = *text == '-' ? text[1] : *text;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): strtod looks at the same locale, and nothing of the answer is kept
-    if (digit >= '0' && digit <= '9' && *nl_langinfo(RADIXCHAR) == '.')
+    if (GpbIsDigit(digit) && GpbPointIsDot())
     {
         double value = 0;
         const char *const end = text + std::strlen(text);

@@ -8,24 +8,31 @@ using google::protobuf::OneofDescriptor;
 std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
 {
     auto arena = std::make_unique<GpbRecordArena>();
-    std::unique_ptr<GpbRecord> top(new GpbRecord(type, arena.get(), nullptr));
-    (void)arena.release(); // the top record frees it
-    return top;
+    void *const memory = ::operator new(SizeOf(type));
+    // The top record frees the arena.
+    return std::unique_ptr<GpbRecord>(new (memory) GpbRecord(type, arena.release(), nullptr));
 }
 
 GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
     : type_(type), arena_(arena), parent_(parent)
 {
-    const size_t words = WordCount(type);
-    const size_t values = type.ValueCount();
-    const size_t choices = type.ChoiceCount();
-    char *memory = static_cast<char *>(
-        arena->Take(words * sizeof(uint64_t) + values * sizeof(GpbRecordValue) + choices * sizeof(uint32_t)));
-    present_ = new (memory) uint64_t[words]();
-    memory += words * sizeof(uint64_t);
-    values_ = new (memory) GpbRecordValue[values];
-    memory += values * sizeof(GpbRecordValue);
-    cases_ = new (memory) uint32_t[choices]();
+    // Most types have one word and no choice.
+    uint64_t *const present = Present();
+    present[0] = 0;
+    for (size_t word = 1; word < WordCount(type); ++word)
+    {
+        present[word] = 0;
+    }
+    for (size_t choice = 0; choice < type.ChoiceCount(); ++choice)
+    {
+        Cases()[choice] = 0;
+    }
+}
+
+size_t GpbRecord::SizeOf(const GpbRecordType &type)
+{
+    return sizeof(GpbRecord) + WordCount(type) * sizeof(uint64_t) + type.ValueCount() * sizeof(GpbRecordValue) +
+           type.ChoiceCount() * sizeof(uint32_t);
 }
 
 GpbRecord::~GpbRecord()
@@ -50,10 +57,10 @@ GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
     const GpbRecordField &described = type_.FieldAt(place);
     if (!described.isRepeated && IsPresent(place))
     {
-        return values_[described.valueIndex].record;
+        return Values()[described.valueIndex].record;
     }
     GpbRecordValue value = {};
-    value.record = new (arena_->Take(sizeof(GpbRecord))) GpbRecord(*described.type, arena_, this);
+    value.record = new (arena_->Take(SizeOf(*described.type))) GpbRecord(*described.type, arena_, this);
     Put(place, value, true);
     arena_->Expect(LENGTH_BYTES);
     return value.record;
@@ -61,12 +68,12 @@ GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
 
 const GpbRecord *GpbRecord::CaseOf(const OneofDescriptor *choice) const
 {
-    const uint32_t entered = cases_[choice->index()];
+    const uint32_t entered = Cases()[choice->index()];
     if (entered == 0 || type_.FieldAt(entered - 1).form != GpbWireForm::MESSAGE)
     {
         return nullptr;
     }
-    return values_[type_.FieldAt(entered - 1).valueIndex].record;
+    return Values()[type_.FieldAt(entered - 1).valueIndex].record;
 }
 
 bool GpbRecord::IsWithin(const GpbRecord &other) const
@@ -115,7 +122,7 @@ bool GpbRecord::IsWhole() const
 
 void GpbRecord::Append(const GpbRecordField &field, uint32_t place, GpbRecordValue value)
 {
-    GpbRecordValue &values = values_[field.valueIndex];
+    GpbRecordValue &values = Values()[field.valueIndex];
     GpbRecordCell *previous = IsPresent(place) ? values.last : nullptr;
     values.last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
     SetPresent(place, true);
@@ -124,7 +131,7 @@ void GpbRecord::Append(const GpbRecordField &field, uint32_t place, GpbRecordVal
 // The member of a choice that was set last is the only one that is there.
 void GpbRecord::EnterCase(uint32_t choice, uint32_t place)
 {
-    uint32_t &entered = cases_[choice - 1];
+    uint32_t &entered = Cases()[choice - 1];
     if (entered != 0)
     {
         SetPresent(entered - 1, false);

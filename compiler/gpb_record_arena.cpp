@@ -6,7 +6,7 @@
 namespace
 {
 
-constexpr size_t FIRST_BLOCK = 1000; // the C library has pieces of up to about this size at hand
+constexpr size_t FIRST_BLOCK = 736; // some twenty leaves; the C library has pieces up to this size at hand
 constexpr size_t LARGEST_BLOCK = size_t{64} * 1024;
 
 } // namespace

@@ -67,6 +67,7 @@ public:
 
     const google::protobuf::Descriptor *Descriptor() const { return descriptor_; }
     const GpbRecordField &FieldAt(size_t place) const { return fields_[place]; }
+    const GpbRecordField *Fields() const { return fields_.data(); }
     size_t FieldCount() const { return fields_.size(); }
     size_t ValueCount() const { return valueCount_; }
     size_t ChoiceCount() const { return static_cast<size_t>(descriptor_->real_oneof_decl_count()); }

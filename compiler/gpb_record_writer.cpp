@@ -12,7 +12,15 @@ uint64_t ZigZag(uint64_t value)
     return (value << 1U) ^ (UINT64_C(0) - sign);
 }
 
-void WriteValue(const GpbRecordField &field, GpbRecordValue value, GpbBackwardWriter &writer)
+void WriteMessage(const GpbRecord &record, GpbBackwardWriter &writer)
+{
+    const size_t before = writer.Size();
+    GpbWriteRecord(record, writer);
+    writer.Varint(writer.Size() - before);
+}
+
+[[gnu::always_inline]] inline void WriteValue(const GpbRecordField &field, GpbRecordValue value,
+                                              GpbBackwardWriter &writer)
 {
     switch (field.form)
     {
@@ -33,12 +41,8 @@ void WriteValue(const GpbRecordField &field, GpbRecordValue value, GpbBackwardWr
         writer.Varint(value.text->length);
         break;
     case GpbWireForm::MESSAGE:
-    {
-        const size_t before = writer.Size();
-        GpbWriteRecord(*value.record, writer);
-        writer.Varint(writer.Size() - before);
+        WriteMessage(*value.record, writer);
         break;
-    }
     }
 }
 

@@ -35,6 +35,21 @@ inline std::string_view GpbForRecord(std::string_view text)
     return text;
 }
 
+/// GpbStore for any message but a record; what protobuf throws goes through.
+template <typename Value, typename Given>
+unsigned int GpbStoreByReflection(google::protobuf::Message *message, const google::protobuf::FieldDescriptor *field,
+                                  google::protobuf::FieldDescriptor::CppType kind, const Given &value,
+                                  GpbStoreFunc<Value> add, GpbStoreFunc<Value> set)
+{
+    const google::protobuf::Reflection *reflection = message == nullptr ? nullptr : message->GetReflection();
+    if (reflection == nullptr || !GpbTakesField(message->GetDescriptor(), field, kind))
+    {
+        return GPB_COMPILER_ERR;
+    }
+    (reflection->*(field->is_repeated() ? add : set))(message, field, Value(value));
+    return GPB_COMPILER_OK;
+}
+
 /// Adds a value to a repeated field or sets a singular one; 0, or 1 when the layer cannot take it.
 template <typename Value, typename Given>
 unsigned int GpbStore(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
@@ -44,22 +59,16 @@ unsigned int GpbStore(const GpbCompilerStackLayer &layer, const google::protobuf
     return GpbNoThrow(GPB_COMPILER_ERR,
                       [&]
                       {
-                          if (GpbRecord *record = GpbRecordOf(layer.pstMessage))
+                          GpbRecord *record = GpbRecordOf(layer.pstMessage);
+                          if (record == nullptr)
                           {
-                              if (!GpbTakesField(record->Type().Descriptor(), field, kind))
-                              {
-                                  return GPB_COMPILER_ERR;
-                              }
-                              record->Store(field, GpbForRecord(value));
-                              return GPB_COMPILER_OK;
+                              return GpbStoreByReflection(layer.pstMessage, field, kind, value, add, set);
                           }
-                          const google::protobuf::Reflection *reflection =
-                              layer.pstMessage == nullptr ? nullptr : layer.pstMessage->GetReflection();
-                          if (reflection == nullptr || !GpbTakesField(layer.pstMessage->GetDescriptor(), field, kind))
+                          if (!GpbTakesField(record->Type().Descriptor(), field, kind))
                           {
                               return GPB_COMPILER_ERR;
                           }
-                          (reflection->*(field->is_repeated() ? add : set))(layer.pstMessage, field, Value(value));
+                          record->Store(field, GpbForRecord(value));
                           return GPB_COMPILER_OK;
                       });
 }

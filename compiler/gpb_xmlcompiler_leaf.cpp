@@ -26,7 +26,8 @@ char EMPTY_LEAF_VALUE[] = "true";
 
 } // namespace
 
-unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
     xmlNode *child = pstNode->children;
     if (child == nullptr || child->type != XML_TEXT_NODE)
@@ -45,11 +46,12 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
         return ProcXmlPresenceContainerNode(pstNode, stStack);
     }
     const uint32_t layerNum = stStack.uiLayerNum;
+    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFoundField found = pstFieldFinder->FindLeaf(GpbTopLayer(stStack).pstDescriptor, name, layerNum + 1);
+    const GpbFoundField found = pstFieldFinder->FindLeaf(layer->pstDescriptor, name, layerNum + 1);
     if (found.field == nullptr)
     {
-        GpbReportNoXmlLeaf(pvLibHandle, name, GpbTopLayer(stStack));
+        GpbReportNoXmlLeaf(pvLibHandle, name, *layer);
         return GPB_COMPILER_NO_FIELD;
     }
     if (found.caseField != nullptr)
@@ -61,12 +63,13 @@ unsigned int GpbXmlCompiler::ProcXmlLeafNode(xmlNode *pstNode, GpbCompilerStack 
             // Layers that were pushed stay, as they do for a host that looks at the stack.
             return result;
         }
+        layer = &GpbTopLayer(stStack);
     }
     const GpbIdentityValue value(uiMemHandle, pstNode, text);
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, GpbTopLayer(stStack).pstMessage, found.field);
-        result = FillLeafField(GpbTopLayer(stStack), found.field, value.Text(), name);
+        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
+        result = FillLeafField(*layer, found.field, value.Text(), name);
     }
     stStack.uiLayerNum = layerNum;
     return result;

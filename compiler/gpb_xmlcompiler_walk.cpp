@@ -104,7 +104,7 @@ unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
                                                 GpbCompilerStack &stStack)
 {
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
-    // The path is made when the layer is pushed, and for log lines that somebody reads.
+    // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
     GpbCompilerStackLayer layer;
     unsigned int result = GenerateLayerType(layer, &upper, pstField, nullptr);
     if (result != GPB_COMPILER_OK)
@@ -128,7 +128,11 @@ unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
                    GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GenerateXPath(GpbPushLayer(stStack, layer.pstMessage, *pstField), &upper, pstField);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);
+    if (GpbIsPathRead(pvLibHandle, pushed))
+    {
+        GenerateXPath(pushed, &upper, pstField);
+    }
     return GPB_COMPILER_OK;
 }
 

@@ -35,11 +35,16 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     return nullptr;
 }
 
-// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one.
+// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one. Where nobody
+// reads paths, the layer below has none, and so this one gets none.
 void SetPath(std::string &path, const std::string *before, const GpbCompilerStackLayer &top,
              const FieldDescriptor *entry)
 {
     path.clear();
+    if (top.strXPath.empty())
+    {
+        return;
+    }
     if (before != nullptr)
     {
         path.append(*before);

@@ -8,8 +8,8 @@
 #include "gpb_templatelib/gpb_descriptor.h"
 
 /// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, from the tables of a plan. It
-/// remembers the table that it used last in each layer, so that a walk seldom has to ask the plan, which many threads
-/// may do. One finder belongs to one compiler.
+/// remembers the tables that it used last in each layer, and where in them, so that a walk seldom has to ask the plan,
+/// which many threads may do. One finder belongs to one compiler.
 class GpbFieldFinder
 {
 public:
@@ -18,36 +18,50 @@ public:
 
     GpbFoundField FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
-        return message == nullptr || nodeName == nullptr ? GpbFoundField()
-                                                         : TableOf(message, layer).Find(nodeName).node;
+        return message == nullptr || nodeName == nullptr ? GpbFoundField() : Find(message, nodeName, layer).node;
     }
 
     GpbFoundField FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
-        return message == nullptr || nodeName == nullptr ? GpbFoundField()
-                                                         : TableOf(message, layer).Find(nodeName).leaf;
+        return message == nullptr || nodeName == nullptr ? GpbFoundField() : Find(message, nodeName, layer).leaf;
     }
 
 private:
+    // Deeper layers share a place with higher ones.
+    static constexpr uint32_t LAYERS = 4;
+
     struct Used
     {
-        const google::protobuf::Descriptor *message = nullptr;
-        uint32_t layer = 0;
         const GpbNameTable *table = nullptr;
+        GpbNameGuess guess;
+
+        bool IsOf(const google::protobuf::Descriptor *message, uint32_t layer) const
+        {
+            return table != nullptr && table->IsOf(message, static_cast<int32_t>(layer));
+        }
     };
 
-    const GpbNameTable &TableOf(const google::protobuf::Descriptor *message, uint32_t layer)
+    // Many documents have two kinds of containers in turn.
+    struct UsedInLayer
     {
-        Used &used = used_[layer % GPB_COMPILER_STACK_DEPTH];
-        if (used.message != message || used.layer != layer)
+        Used last;
+        Used before;
+    };
+
+    const GpbNamedField &Find(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
+    {
+        UsedInLayer &used = used_[layer % LAYERS];
+        if (!used.last.IsOf(message, layer))
         {
-            used = {message, layer, &plan_.TableOf(message, layer)};
+            Change(used, message, layer);
         }
-        return *used.table;
+        return used.last.table->Find(nodeName, used.last.guess);
     }
 
+    void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
+
     GpbNamePlan &plan_;
-    Used used_[GPB_COMPILER_STACK_DEPTH];
+    UsedInLayer used_[LAYERS];
 };
 
 #endif

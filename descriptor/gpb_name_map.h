@@ -17,11 +17,11 @@ public:
     static constexpr uint32_t NOTHING = 0;
 
     /// @param count  names that will be added at most
-    /// @param bytes  their lengths together
+    /// @param bytes  their lengths together, without terminators
     GpbNameMap(size_t count, size_t bytes);
 
-    /// Adds a name that is not there yet, with any number but NOTHING.
-    void Add(std::string_view name, uint32_t number);
+    /// Adds a name that is not there yet, with any number but NOTHING; the name as it is kept, with a terminator.
+    const char *Add(std::string_view name, uint32_t number);
 
     uint32_t Find(std::string_view name) const
     {
@@ -49,15 +49,18 @@ private:
         uint32_t number = NOTHING;
     };
 
-    /// The bytes of a name in a number: all of a short one, else the `at`-th word.
-    static uint64_t WordOf(std::string_view name, size_t at)
+    /// One of the words of a name; `at` + 8 is not behind its end.
+    static uint64_t WordAt(std::string_view name, size_t at)
     {
         uint64_t word = 0;
-        if (name.size() >= sizeof(word))
-        {
-            std::memcpy(&word, name.data() + at, sizeof(word));
-            return word;
-        }
+        std::memcpy(&word, name.data() + at, sizeof(word));
+        return word;
+    }
+
+    /// The bytes of a name that is shorter than a word in a number: different ones for different names of a length.
+    static uint64_t ShortWordOf(std::string_view name)
+    {
+        uint64_t word = 0;
         uint32_t first = 0;
         uint32_t last = 0;
         if (name.size() >= sizeof(first))
@@ -74,42 +77,41 @@ private:
         return word;
     }
 
-    /// Where the last word begins; words before it lie at multiples of their size.
-    static size_t LastWordOf(std::string_view name)
-    {
-        return name.size() < sizeof(uint64_t) ? 0 : name.size() - sizeof(uint64_t);
-    }
-
-    /// As the operator, but without a call.
+    /// As the operator for names of one hash, but without a call: all words but the last are compared, since among
+    /// names that are alike so far each last word has a hash of its own.
     static bool IsSame(std::string_view left, std::string_view right)
     {
         if (left.size() != right.size())
         {
             return false;
         }
-        const size_t last = LastWordOf(left);
-        for (size_t at = 0; at < last; at += sizeof(uint64_t))
+        for (size_t at = 0; at + sizeof(uint64_t) < left.size(); at += sizeof(uint64_t))
         {
-            if (WordOf(left, at) != WordOf(right, at))
+            if (WordAt(left, at) != WordAt(right, at))
             {
                 return false;
             }
         }
-        return WordOf(left, last) == WordOf(right, last);
+        return true;
     }
 
-    /// The highest bits are the best.
+    /// The highest bits are the best. Each step can be undone: multiplying by an odd number, and adding the upper half
+    /// to the lower one without carry.
     static uint64_t HashOf(std::string_view name)
     {
         constexpr uint64_t MIX = UINT64_C(0x9E3779B97F4A7C15);
         uint64_t hash = name.size();
-        const size_t last = LastWordOf(name);
-        for (size_t at = 0; at < last; at += sizeof(uint64_t))
+        if (name.size() < sizeof(uint64_t))
         {
-            hash = (hash ^ WordOf(name, at)) * MIX;
+            return (hash ^ ShortWordOf(name)) * MIX;
+        }
+        for (size_t at = 0; at + sizeof(uint64_t) < name.size(); at += sizeof(uint64_t))
+        {
+            hash = (hash ^ WordAt(name, at)) * MIX;
             hash ^= hash >> HALF;
         }
-        return (hash ^ WordOf(name, last)) * MIX;
+        // The last word may share bytes with the one before.
+        return (hash ^ WordAt(name, name.size() - sizeof(uint64_t))) * MIX;
     }
 
     std::string names_;                  ///< one behind the other

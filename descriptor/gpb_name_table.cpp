@@ -1,8 +1,11 @@
 #include "descriptor/gpb_name_table.h"
 
 #include <algorithm>
+#include <functional>
 #include <google/protobuf/descriptor.h>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "core/gpb_protobuf_compat.h"
 #include "descriptor/gpb_case_index.h"
@@ -58,7 +61,31 @@ GpbNamedField Search(const Descriptor *message, const std::string &name, const G
     }
     const GpbFoundField node = field == nullptr ? inCase : GpbFoundField{field, nullptr};
     const bool isContainer = node.field != nullptr && node.field->type() == FieldDescriptor::TYPE_MESSAGE;
-    return {node, isContainer ? inCase : node};
+    GpbNamedField found;
+    found.node = node;
+    found.leaf = isContainer ? inCase : node;
+    return found;
+}
+
+// A name that stands for something.
+struct Answer
+{
+    std::string name;
+    GpbNamedField found;
+};
+
+// The fields of a message lie one behind the other. A field's name without the layer number, which documents use, comes
+// before the one with it.
+bool IsDeclaredBefore(const Answer &left, const Answer &right)
+{
+    const auto isBefore = std::less<>();
+    const GpbFoundField &one = left.found.node;
+    const GpbFoundField &other = right.found.node;
+    if (one.caseField != other.caseField)
+    {
+        return isBefore(one.caseField, other.caseField);
+    }
+    return one.field == other.field ? left.name.size() < right.name.size() : isBefore(one.field, other.field);
 }
 
 size_t BytesOf(const std::set<std::string_view> &names)
@@ -85,11 +112,10 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
 
 GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                            const std::set<std::string_view> &names)
-    : places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
+    : message_(message), layer_(layer), places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
 {
     const GpbLayerSuffix suffix(layer);
-    fields_.reserve(names.size() + 1);
-    fields_.emplace_back();
+    std::vector<Answer> answers;
     for (const std::string_view candidate : names)
     {
         // No node name is converted to a longer one.
@@ -97,19 +123,40 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
         {
             continue;
         }
-        const std::string name(candidate);
+        std::string name(candidate);
         const GpbNamedField found = Search(message, name, suffix, cases);
-        if (found.node.field == nullptr)
+        if (found.node.field != nullptr)
         {
-            continue;
+            answers.push_back({std::move(name), found});
         }
+    }
+    std::sort(answers.begin(), answers.end(), IsDeclaredBefore);
+    fields_.reserve(answers.size() + 1);
+    fields_.emplace_back();
+    for (const Answer &answer : answers)
+    {
         const auto place = static_cast<uint32_t>(fields_.size());
-        fields_.push_back(found);
-        places_.Add(name, place);
-        const std::string dashed = WithDashes(name);
-        if (dashed != name)
+        fields_.push_back(answer.found);
+        const char *const kept = places_.Add(answer.name, place);
+        const std::string dashed = WithDashes(answer.name);
+        fields_.back().name = dashed == answer.name ? kept : places_.Add(dashed, place);
+    }
+    SetNext();
+}
+
+// The same once more for one of a list, else the first name of the field behind this one, and in the end the first of
+// all.
+void GpbNameTable::SetNext()
+{
+    uint32_t following = fields_.size() > 1 ? 1 : 0;
+    fields_.front().next = following;
+    for (size_t place = fields_.size() - 1; place > 0; --place)
+    {
+        GpbNamedField &field = fields_[place];
+        field.next = field.node.field->is_repeated() ? static_cast<uint32_t>(place) : following;
+        if (fields_[place - 1].node.field != field.node.field)
         {
-            places_.Add(dashed, place);
+            following = static_cast<uint32_t>(place);
         }
     }
 }

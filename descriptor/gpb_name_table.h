@@ -3,6 +3,7 @@
 #define GPB_DESCRIPTOR_GPB_NAME_TABLE_H
 
 #include <cstdint>
+#include <cstring>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -17,22 +18,41 @@ struct GpbNamedField
 {
     GpbFoundField node; ///< GPB_FindFieldDescByNodeName's answer
     GpbFoundField leaf; ///< GPB_GetLeafFieldDescByNodeName's answer
+
+    const char *name = ""; ///< as most documents spell it
+    uint32_t next = 0;     ///< place of the name that most documents have behind this one
+};
+
+/// Which name comes next in a document, of those in a table.
+struct GpbNameGuess
+{
+    uint32_t place = 0;
+    bool isTried = false; ///< the guess before would have been right
 };
 
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
 /// changed, so it may be read by any number of threads.
 ///
-/// A name is looked up as the document spells it first: the table holds each name with dashes, as most modules write
-/// them, and with underlines. Other spellings (a mixture, upper case) are converted and looked up again.
+/// Most documents have their nodes in the order in which the fields are declared, so the name behind the last one is
+/// tried first. Then a name is looked up as the document spells it: the table holds each name with dashes, as most
+/// modules write them, and with underlines. Other spellings (a mixture, upper case) are converted and looked up again.
 class GpbNameTable
 {
 public:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer);
 
-    const GpbNamedField &Find(const char *nodeName) const
+    bool IsOf(const google::protobuf::Descriptor *message, int32_t layer) const
     {
-        const uint32_t place = places_.Find(nodeName);
-        return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
+        return message == message_ && layer == layer_;
+    }
+
+    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess) const
+    {
+        const GpbNamedField &guessed = fields_[guess.place];
+        const bool isRight = guess.isTried && std::strcmp(guessed.name, nodeName) == 0;
+        const GpbNamedField &found = isRight ? guessed : LookUp(nodeName);
+        guess = {found.next, &found == &guessed};
+        return found;
     }
 
 private:
@@ -40,8 +60,16 @@ private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
+    const GpbNamedField &LookUp(const char *nodeName) const
+    {
+        const uint32_t place = places_.Find(nodeName);
+        return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
+    }
     const GpbNamedField &FindConverted(const char *nodeName) const;
+    void SetNext();
 
+    const google::protobuf::Descriptor *message_;
+    int32_t layer_;
     std::vector<GpbNamedField> fields_; ///< the answers; the first one is for all names that stand for nothing
     GpbNameMap places_;                 ///< by spelling: the place of the answer
 };

@@ -18,7 +18,12 @@ unsigned int GpbOpenExactCases(const GpbExactField &field, GpbCompilerStack &sta
         {
             return GPB_COMPILER_ERR;
         }
-        GpbAppendXPath(GpbPushLayer(stack, message, *caseField), &upper, *caseField->file(), *caseField);
+        GpbCompilerStackLayer &layer = GpbPushLayer(stack, message, *caseField);
+        // Where nobody reads paths, the layer below has none.
+        if (!upper.strXPath.empty())
+        {
+            GpbAppendXPath(layer, &upper, *caseField->file(), *caseField);
+        }
     }
     return GPB_COMPILER_OK;
 }

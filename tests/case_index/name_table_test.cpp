@@ -113,6 +113,34 @@ TEST_F(NameTable, LeavesContainersAndCases)
     EXPECT_GT(CompareAnswersOfAll(m_finder, top), 20U);
 }
 
+// A finder tries the name first that is declared behind the last one: whatever comes instead is found all the same.
+TEST_F(NameTable, NamesInAnyOrder)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {
+        message A { string in_a = 1; string of_a3 = 2; } message B { string in_b = 1; }
+        string first_leaf = 1; string second2 = 2; repeated string many = 3;
+        oneof choice { A a = 4; B b = 5; } string last_leaf = 6; })");
+    const std::vector<std::string> declared = {"first-leaf", "second", "many", "a",   "b",
+                                               "last-leaf",  "in-a",   "of-a", "in-b"};
+    std::vector<std::string> names = declared;
+    std::vector<std::string> turned(declared.rbegin(), declared.rend());
+    const std::vector<std::string> odd = {"many",    "many",   "many", "a",          "first-leaf", "first_leaf",
+                                          "unknown", "second", "",     "first-leaf", "second2",    "many",
+                                          "In-A",    "of-a",   "in-b", "first-leaf"};
+    names.insert(names.end(), declared.begin(), declared.end());
+    names.insert(names.end(), turned.begin(), turned.end());
+    names.insert(names.end(), odd.begin(), odd.end());
+    for (const std::string &name : names)
+    {
+        const FieldDescriptor *caseField = nullptr;
+        const FieldDescriptor *field = GPB_FindFieldDescByNodeName(top, name.c_str(), 2, &caseField);
+        EXPECT_EQ(field == nullptr, name.empty() || name == "unknown") << name;
+        const GpbFoundField found = m_finder.FindNode(top, name.c_str(), 2);
+        EXPECT_EQ(found.field, field) << name;
+        EXPECT_EQ(found.caseField, caseField) << name;
+    }
+}
+
 TEST_F(NameTable, LongNames)
 {
     const Descriptor *top =

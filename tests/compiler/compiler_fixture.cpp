@@ -126,6 +126,12 @@ void CompilerFixture::expectTwin(const std::string &xml, int options, const Enco
     {
         EXPECT_EQ(m_compiler->GetEncodeDebugString(), twin.GetEncodeDebugString());
     }
+    const ClosedSlots closed(context());
+    GpbXmlCompiler silent(m_compiler->pstFileDesc, m_compiler->pstImporter, m_compiler->pvLibHandle);
+    const char *const same = GpbXmlCompiler_Encode(&silent, document.get(), &length, &error);
+    EXPECT_EQ(result.error, error);
+    EXPECT_EQ(result.isNull, same == nullptr);
+    EXPECT_EQ(result.bytes, same == nullptr ? "" : std::string(same, length));
 }
 
 void CompilerFixture::expectFails(const std::string &xml, unsigned int code, const std::vector<std::string> &lines,

@@ -90,8 +90,8 @@ protected:
 
     /**
      * Encodes a document again with a compiler that is no subclass, which need not keep a message that anybody can look
-     * at: what comes out, and what is logged, has to be the same. Nothing is done when the fixture's compiler has been
-     * given settings of its own.
+     * at: what comes out, and what is logged, has to be the same. Once more, where nobody listens, the same comes out.
+     * Nothing is done when the fixture's compiler has been given settings of its own.
      */
     void expectTwin(const std::string &xml, int options, const Encoded &result, std::vector<std::string> lines);
 

@@ -1,4 +1,8 @@
 // JSON to GPB: whole documents.
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
 #include "compiler/json_fixture.h"
 
 namespace gpbtest
@@ -61,6 +65,46 @@ TEST_F(JsonEncodeTest, HandsNumbersOverWithFourteenDigits)
     encodes(R"("first-name":100000000000000)", "first_name:'1e+14'");
     encodes(R"("first-name":-100000000000000)", "first_name:'-1e+14'");
     encodes(R"("first-name":99999999999999.5)", "first_name:'1e+14'");
+}
+
+TEST_F(JsonEncodeTest, HandsDecimalsOverAsPrintfWritesThem)
+{
+    std::vector<std::string> numbers = {"0.5",
+                                        "-0.5",
+                                        "0.0001",
+                                        "0.00001",
+                                        "0.00012",
+                                        "-1e-7",
+                                        "1e-300",
+                                        "9.9999",
+                                        "99999999999.999",
+                                        "9999999999.9999",
+                                        "99999999999.9999",
+                                        "9999999999999.9",
+                                        "99999999999999.9",
+                                        "0.30000000000000004",
+                                        "0.1234567890123456",
+                                        "4.35",
+                                        "1.005",
+                                        "2.675",
+                                        "1234567.8901",
+                                        "-0.0010",
+                                        "10.0100",
+                                        "5e-324",
+                                        "0.00005"};
+    for (uint64_t i = 1; i < 20000; i += 197)
+    {
+        constexpr uint64_t LARGE = 99999999999;
+        numbers.push_back(std::to_string(i * i % 1009) + "." + std::to_string(i));
+        numbers.push_back("-" + std::to_string(LARGE - i) + "." + std::to_string(i % 1000));
+    }
+    for (const std::string &number : numbers)
+    {
+        char printed[64] = {};
+        ASSERT_GT(std::snprintf(printed, sizeof(printed), "%.14g", std::strtod(number.c_str(), nullptr)), 0);
+        encodes("\"first-name\":" + number, std::string("first_name:'") + printed + "'");
+        encodes("\"ratio\":" + number, std::string("ratio:") + printed);
+    }
 }
 
 TEST_F(JsonEncodeTest, ReadsAnIntegerFromItsPrintedNumber)

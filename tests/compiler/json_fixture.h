@@ -165,7 +165,7 @@ protected:
 
     /**
      * Encodes again with a compiler that is no subclass, which need not keep messages that anybody can look at: what
-     * comes out, and what is logged, has to be the same.
+     * comes out, and what is logged, has to be the same. Once more, where nobody listens, the same comes out.
      */
     template <typename Compiler>
     void expectTwin(const std::string &module, const JsonTree &tree, cJSON *item, const Compiler &compiler,
@@ -179,6 +179,12 @@ protected:
         EXPECT_EQ(result.bytes, twinResult.bytes);
         EXPECT_EQ(joinLines(lines), log().take());
         EXPECT_EQ(compiler.GetEncodeDebugString(), twin->GetEncodeDebugString());
+        const ClosedSlots closed(context());
+        const auto silent = open<GpbJsonCompiler>(module);
+        EXPECT_EQ(code, silent->EncodeJson(tree.root(), item));
+        const CompilerResult silentResult = code == 0 ? takeResult(*silent, code) : CompilerResult{code, true, ""};
+        EXPECT_EQ(result.isNull, silentResult.isNull);
+        EXPECT_EQ(result.bytes, silentResult.bytes);
     }
 
     /** Encodes a whole document and expects this message and these lines ahead of the one of success. */

@@ -2,7 +2,9 @@
 #ifndef GPB_TESTS_SUPPORT_LIBRARY_FIXTURE_H
 #define GPB_TESTS_SUPPORT_LIBRARY_FIXTURE_H
 
+#include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <string>
 
 #include "gpb_templatelib/gpb_lib.h"
@@ -11,6 +13,31 @@
 
 namespace gpbtest
 {
+
+/** Closes the print slots of a context for as long as it lives: nobody listens meanwhile. */
+class ClosedSlots
+{
+public:
+    explicit ClosedSlots(GpbLibContext *context) : m_context(context), m_open(*context)
+    {
+        for (GpbLibPrintEntry &slot : context->astPrint)
+        {
+            slot.pfnPrint = nullptr;
+        }
+    }
+
+    ~ClosedSlots()
+    {
+        std::copy(std::begin(m_open.astPrint), std::end(m_open.astPrint), std::begin(m_context->astPrint));
+    }
+
+    ClosedSlots(const ClosedSlots &) = delete;
+    ClosedSlots &operator=(const ClosedSlots &) = delete;
+
+private:
+    GpbLibContext *m_context;
+    GpbLibContext m_open;
+};
 
 /**
  * The context is there when the test begins, with all four levels open and the log empty. The directory
