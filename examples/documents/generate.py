@@ -16,6 +16,8 @@ from xml.sax.saxutils import escape
 TELEMETRY_NS = "http://openconfig.net/yang/telemetry"
 TYPES_NS = "http://openconfig.net/yang/telemetry-types"
 INTERFACES_NS = "urn:example:interfaces"
+YANG_LIBRARY_NS = "urn:ietf:params:xml:ns:yang:ietf-yang-library"
+DATASTORES_NS = "urn:ietf:params:xml:ns:yang:ietf-datastores"
 
 
 class XmlWriter:
@@ -51,8 +53,8 @@ class XmlWriter:
         self.lines.append(f"{self.indent()}<{name}>")
         self.lines.append(f"{self.indent()}</{name}>")
 
-    def identity(self, name, value):
-        self.leaf(name, value, f' xmlns:oc-telemetry-types="{TYPES_NS}"')
+    def identity(self, name, value, prefix="oc-telemetry-types", namespace=TYPES_NS):
+        self.leaf(name, value, f' xmlns:{prefix}="{namespace}"')
 
     def text(self):
         return "\n".join(self.lines) + "\n"
@@ -309,7 +311,41 @@ def small_interfaces(w):
     return w.text()
 
 
+MODULES = (("ietf-interfaces", "2018-02-20", ("arbitrary-names", "pre-provisioning", "if-mib")),
+           ("ietf-ip", "2018-02-22", ("ipv4-non-contiguous-netmasks", "ipv6-privacy-autoconf")),
+           ("ietf-hardware", "2018-03-13", ("entity-mib", "hardware-state")))
+IMPORTED = (("ietf-yang-types", "2013-07-15"), ("ietf-inet-types", "2013-07-15"))
+
+
+def yang_library(w):
+    w.open("yang-library", f' xmlns="{YANG_LIBRARY_NS}"')
+    w.open("module-set")
+    w.leaf("name", "all")
+    for name, revision, features in MODULES:
+        w.open("module")
+        w.leaves(("name", name), ("revision", revision), ("namespace", f"urn:ietf:params:xml:ns:yang:{name}"))
+        w.leaves(*(("feature", feature) for feature in features))
+        w.close()
+    for name, revision in IMPORTED:
+        w.open("import-only-module")
+        w.leaves(("name", name), ("revision", revision), ("namespace", f"urn:ietf:params:xml:ns:yang:{name}"))
+        w.close()
+    w.close()
+    w.open("schema")
+    w.leaves(("name", "conventional"), ("module-set", "all"))
+    w.close()
+    for datastore in ("running", "operational"):
+        w.open("datastore")
+        w.identity("name", f"ds:{datastore}", "ds", DATASTORES_NS)
+        w.leaf("schema", "conventional")
+        w.close()
+    w.leaf("content-id", "75a43df9bd56b92aacc156a2958fbe12312fb285")
+    w.close()
+    return w.text()
+
+
 DOCUMENTS = {
+    "ietf-yang-library/small": yang_library,
     "openconfig-telemetry/small": lambda w: telemetry(w, 1, 1, 1, 1),
     "openconfig-telemetry/medium": lambda w: telemetry(w, 6, 8, 6, 10),
     "openconfig-telemetry/large": lambda w: telemetry(w, 20, 25, 25, 80),
@@ -317,6 +353,9 @@ DOCUMENTS = {
     "example-interfaces/medium": lambda w: interfaces(w, 8, 2),
     "example-interfaces/large": lambda w: interfaces(w, 60, 4),
 }
+
+
+TWINS = ("openconfig-telemetry", "example-interfaces")  # the modules whose documents exist in JSON, too
 
 
 def write(path, text):
@@ -330,7 +369,7 @@ def main():
     for name, make in DOCUMENTS.items():
         path = os.path.join(target, name)
         write(path + ".xml", make(XmlWriter()))
-        if not name.endswith("/large"):
+        if name.split("/")[0] in TWINS and not name.endswith("/large"):
             write(path + ".json", make(JsonWriter()))
 
 

@@ -172,7 +172,7 @@ TEST_F(ExampleDetails, DocumentsAreWhatTheGeneratorMakes)
     process.arguments = {std::string(EXAMPLES_DIR) + "documents/generate.py", path("made")};
     const gpbtest::ProcessResult result = gpbtest::runProcess(process);
     ASSERT_EQ(result.exitCode, 0) << result.err;
-    for (const char *module : {"openconfig-telemetry", "example-interfaces"})
+    for (const char *module : {"openconfig-telemetry", "example-interfaces", "ietf-yang-library"})
     {
         for (const char *size : {"small", "medium", "large"})
         {
