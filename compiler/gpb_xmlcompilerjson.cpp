@@ -1,7 +1,9 @@
 // XML to JSON: from a document to a tree, and from the tree to its text.
 #include <cjson/cJSON.h>
 #include <libxml/tree.h>
+#include <typeinfo>
 
+#include "compiler/gpb_json_document.h"
 #include "compiler/gpb_json_text.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
@@ -46,7 +48,7 @@ GpbXmlCompilerJson::GpbXmlCompilerJson(const google::protobuf::FileDescriptor *p
 
 GpbXmlCompilerJson::~GpbXmlCompilerJson()
 {
-    GpbLib_Json_NodeFree(pstJsonRoot);
+    GpbJsonDocument::Delete(pstJsonRoot);
     if (pcResult != nullptr)
     {
         ZMP_Free_F(pcResult, GPB_XML_TO_JSON_TAG, LINE_FREE_TEXT_AT_END);
@@ -71,7 +73,9 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
 {
     ClearResult();
     uiDepth = 0;
-    pstJsonRoot = GpbLib_Json_AllocObject(uiMemHandle);
+    // A subclass may look at the tree, keep parts of it or add to it: it gets one whose items are cJSON's own.
+    const bool isSubclass = typeid(*this) != typeid(GpbXmlCompilerJson);
+    pstJsonRoot = isSubclass ? GpbLib_Json_AllocObject(uiMemHandle) : GpbJsonDocument::New();
     if (pstJsonRoot == nullptr)
     {
         return GPB_COMPILER_NO_JSON_ITEM;
@@ -103,7 +107,7 @@ const char *GpbXmlCompilerJson::GetResult(unsigned int *puiLen)
 
 void GpbXmlCompilerJson::ClearResult()
 {
-    GpbLib_Json_NodeFree(pstJsonRoot);
+    GpbJsonDocument::Delete(pstJsonRoot);
     pstJsonRoot = nullptr;
     if (pcResult != nullptr)
     {

@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 #include <string>
 
+#include "compiler/gpb_json_document.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
@@ -15,6 +16,22 @@
 
 using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
+
+namespace
+{
+
+// An empty object or array as a member of an object below `root`.
+cJSON *AddMember(cJSON *root, uint32_t moduleId, cJSON *parent, const char *name, int type)
+{
+    if (GpbJsonDocument *document = GpbJsonDocument::Of(root))
+    {
+        return document->AddToObject(parent, name, document->NewItem(type));
+    }
+    return type == cJSON_Array ? GpbLib_Json_ObjectAddArray(moduleId, parent, name)
+                               : GpbLib_Json_ObjectAddObject(moduleId, parent, name);
+}
+
+} // namespace
 
 unsigned int GpbXmlCompilerJson::IterXmlDoc(const Descriptor *pstDescriptor, xmlNode *pstNode, cJSON *pstParent)
 {
@@ -111,7 +128,8 @@ const FieldDescriptor *GpbXmlCompilerJson::FindField(const Descriptor *pstDescri
 
 cJSON *GpbXmlCompilerJson::CreateJsTopNode(xmlNode *pstNode, cJSON *pstParent) const
 {
-    return GpbLib_Json_ObjectAddObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(nullptr, pstNode));
+    return AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(nullptr, pstNode),
+                     cJSON_Object);
 }
 
 cJSON *GpbXmlCompilerJson::CreateJsObject(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent)
@@ -122,12 +140,17 @@ cJSON *GpbXmlCompilerJson::CreateJsObject(const FieldDescriptor *pstField, xmlNo
     }
     if (!pstField->is_repeated())
     {
-        return GpbLib_Json_ObjectAddObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode));
+        return AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode),
+                         cJSON_Object);
     }
     cJSON *list = GetJsListNode(pstField, pstNode, pstParent);
     if (list == nullptr)
     {
         return nullptr;
+    }
+    if (GpbJsonDocument *document = GpbJsonDocument::Of(pstJsonRoot))
+    {
+        return document->AddToArray(list, document->NewItem(cJSON_Object));
     }
     return GpbJsonAddToArray(uiMemHandle, list, GpbJsonItem(GpbLib_Json_AllocObject(uiMemHandle)));
 }
@@ -141,7 +164,7 @@ cJSON *GpbXmlCompilerJson::GetJsListNode(const FieldDescriptor *pstField, xmlNod
         return known->second;
     }
     cJSON *list =
-        GpbLib_Json_ObjectAddArray(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode));
+        AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode), cJSON_Array);
     if (list != nullptr)
     {
         mapListNode.emplace(pstField, list);
