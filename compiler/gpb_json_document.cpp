@@ -29,7 +29,7 @@ struct GpbJsonDocument::Block
 {
     Block *older;
 
-    static constexpr size_t HEADER_SIZE = RoundedUp(sizeof(Block *));
+    static constexpr size_t HEADER_SIZE = RoundedUp(sizeof(void *));
     char *Content() { return reinterpret_cast<char *>(this) + HEADER_SIZE; }
 };
 

@@ -35,7 +35,7 @@ public:
     /**@{*/
     /// Makes an item the last one of its parent; the item.
     cJSON *AddToObject(cJSON *object, const char *name, cJSON *item);
-    cJSON *AddToArray(cJSON *array, cJSON *item);
+    static cJSON *AddToArray(cJSON *array, cJSON *item);
     /**@}*/
 
 private:

@@ -129,7 +129,7 @@ unsigned int GpbXmlCompilerJson::CreateJsField(const FieldDescriptor *pstField, 
         {
             return GPB_COMPILER_NO_JSON_ITEM;
         }
-        added = document != nullptr ? document->AddToArray(list, item)
+        added = document != nullptr ? GpbJsonDocument::AddToArray(list, item)
                                     : GpbJsonAddToArray(uiMemHandle, list, std::move(ownItem));
     }
     else

@@ -150,7 +150,7 @@ cJSON *GpbXmlCompilerJson::CreateJsObject(const FieldDescriptor *pstField, xmlNo
     }
     if (GpbJsonDocument *document = GpbJsonDocument::Of(pstJsonRoot))
     {
-        return document->AddToArray(list, document->NewItem(cJSON_Object));
+        return GpbJsonDocument::AddToArray(list, document->NewItem(cJSON_Object));
     }
     return GpbJsonAddToArray(uiMemHandle, list, GpbJsonItem(GpbLib_Json_AllocObject(uiMemHandle)));
 }

@@ -49,12 +49,12 @@ inline bool areOrdersGiven()
  */
 [[nodiscard, gnu::always_inline]] inline bool isCallOnlyCounted(GpbHostService service)
 {
-    if (__builtin_expect(!isOnlyThread() || areOrdersGiven(), 0))
+    const bool isCounted = isOnlyThread() && !areOrdersGiven();
+    if (isCounted)
     {
-        return false;
+        advanceAlone(g_calls[service]);
     }
-    advanceAlone(g_calls[service]);
-    return true;
+    return isCounted;
 }
 
 /** Takes every order to fail back; counts stay. */
