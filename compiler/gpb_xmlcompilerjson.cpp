@@ -1,8 +1,10 @@
 // XML to JSON: from a document to a tree, and from the tree to its text.
 #include <cjson/cJSON.h>
 #include <libxml/tree.h>
+#include <typeinfo>
 
 #include "compiler/exact/gpb_exact_xml_to_json.h"
+#include "compiler/gpb_json_document.h"
 #include "compiler/gpb_json_text.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
@@ -48,7 +50,7 @@ GpbXmlCompilerJson::GpbXmlCompilerJson(const google::protobuf::FileDescriptor *p
 
 GpbXmlCompilerJson::~GpbXmlCompilerJson()
 {
-    GpbLib_Json_NodeFree(pstJsonRoot);
+    GpbJsonDocument::Delete(pstJsonRoot);
     if (pcResult != nullptr)
     {
         ZMP_Free_F(pcResult, GPB_XML_TO_JSON_TAG, LINE_FREE_TEXT_AT_END);
@@ -73,19 +75,20 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
 {
     ClearResult();
     uiDepth = 0;
-    pstJsonRoot = GpbLib_Json_AllocObject(uiMemHandle);
+    // A subclass may look at the tree, keep parts of it or add to it, and the lossless walk renames members: both get
+    // one whose items are cJSON's own.
+    const bool isSubclass = typeid(*this) != typeid(GpbXmlCompilerJson);
+    const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
+    pstJsonRoot = isSubclass || isLossless ? GpbLib_Json_AllocObject(uiMemHandle) : GpbJsonDocument::New();
     if (pstJsonRoot == nullptr)
     {
         return GPB_COMPILER_NO_JSON_ITEM;
     }
-    const unsigned int result =
-        GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM,
-                   [&]
-                   {
-                       return GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0
-                                  ? GpbExactXmlToJson(*this).WalkDocument(pstRoot)
-                                  : IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
-                   });
+    const unsigned int result = GpbNoThrow(GPB_COMPILER_NO_JSON_ITEM,
+                                           [&] {
+                                               return isLossless ? GpbExactXmlToJson(*this).WalkDocument(pstRoot)
+                                                                 : IterXmlDoc(nullptr, pstRoot, pstJsonRoot);
+                                           });
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, "Encode", __LINE__,
@@ -111,7 +114,7 @@ const char *GpbXmlCompilerJson::GetResult(unsigned int *puiLen)
 
 void GpbXmlCompilerJson::ClearResult()
 {
-    GpbLib_Json_NodeFree(pstJsonRoot);
+    GpbJsonDocument::Delete(pstJsonRoot);
     pstJsonRoot = nullptr;
     if (pcResult != nullptr)
     {

@@ -2,6 +2,7 @@
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 
+#include "compiler/gpb_json_leaf.h"
 #include "compiler/gpb_number_text.h"
 #include "compiler/gpb_xml_node.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
@@ -15,9 +16,17 @@ using google::protobuf::FieldDescriptor;
 namespace
 {
 
+constexpr uint32_t LINE_ZERO_TABLE_FAILED = 68;
+
 constexpr unsigned char NUMBERS_OF_64_BITS = 1;
 constexpr char TRUE_TEXT[] = "true";
 constexpr char DECIMAL_TYPE[] = "Decimal";
+
+// Any case of "true", and nothing else, is true here; the translators of GPB values deliberately differ.
+bool IsTrue(const char *text)
+{
+    return YOS_StrICmp(text, TRUE_TEXT) == 0;
+}
 
 } // namespace
 
@@ -43,8 +52,7 @@ cJSON *GpbXmlCompilerJson_AddBool(const FieldDescriptor * /*pstField*/, const ch
     {
         return nullptr;
     }
-    // Any case of "true", and nothing else, is true here; the translators of GPB values deliberately differ.
-    return YOS_StrICmp(pcText, TRUE_TEXT) == 0 ? GpbLib_Json_AllocTrue(uiModuleId) : GpbLib_Json_AllocFalse(uiModuleId);
+    return IsTrue(pcText) ? GpbLib_Json_AllocTrue(uiModuleId) : GpbLib_Json_AllocFalse(uiModuleId);
 }
 
 cJSON *GpbXmlCompilerJson_AddMessage(const FieldDescriptor *pstField, const char *pcText, uint32_t uiModuleId)
@@ -58,6 +66,27 @@ cJSON *GpbXmlCompilerJson_AddMessage(const FieldDescriptor *pstField, const char
     return GpbXmlCompilerJson_AddNumber(pstField, pcText, uiModuleId);
 }
 
+cJSON *GpbJsonNewLeaf(GpbJsonDocument &document, GpbJsonAddFunc add, const char *text)
+{
+    if (text == nullptr)
+    {
+        return nullptr;
+    }
+    if (add == GpbXmlCompilerJson_AddNumber)
+    {
+        return document.NewNumber(GpbReadDouble(text));
+    }
+    if (add == GpbXmlCompilerJson_AddString || add == GpbXmlCompilerJson_AddEnum)
+    {
+        return document.NewString(text);
+    }
+    if (add == GpbXmlCompilerJson_AddBool)
+    {
+        return document.NewItem(IsTrue(text) ? cJSON_True : cJSON_False);
+    }
+    return nullptr; // GpbXmlCompilerJson_AddMessage
+}
+
 const char *GpbXmlCompilerJson_GetFieldName(const FieldDescriptor * /*pstField*/, xmlNode *pstNode)
 {
     return pstNode == nullptr ? "" : GpbXmlNodeName(pstNode);
@@ -65,7 +94,7 @@ const char *GpbXmlCompilerJson_GetFieldName(const FieldDescriptor * /*pstField*/
 
 void GpbXmlCompilerJson::InitTransTbl(unsigned char ucFlag)
 {
-    GpbZero(apfnTrans, sizeof(apfnTrans), GPB_XML_TO_JSON_TAG, __LINE__);
+    GpbZero(apfnTrans, sizeof(apfnTrans), GPB_XML_TO_JSON_TAG, LINE_ZERO_TABLE_FAILED);
     apfnTrans[FieldDescriptor::TYPE_DOUBLE] = GpbXmlCompilerJson_AddNumber;
     apfnTrans[FieldDescriptor::TYPE_FLOAT] = GpbXmlCompilerJson_AddNumber;
     apfnTrans[FieldDescriptor::TYPE_INT32] = GpbXmlCompilerJson_AddNumber;

@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <memory>
 
+#include "compiler/gpb_json_leaf.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_xml_node.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
@@ -118,7 +119,10 @@ unsigned int GpbXmlCompilerJson::CreateJsField(const FieldDescriptor *pstField, 
     {
         return GPB_COMPILER_ERR;
     }
-    GpbJsonItem item(pfnAdd(pstField, pcText, uiMemHandle));
+    GpbJsonDocument *document = GpbJsonDocument::Of(pstJsonRoot);
+    cJSON *item =
+        document != nullptr ? GpbJsonNewLeaf(*document, pfnAdd, pcText) : pfnAdd(pstField, pcText, uiMemHandle);
+    GpbJsonItem ownItem(document != nullptr ? nullptr : item);
     if (item == nullptr)
     {
         return GPB_COMPILER_NO_JSON_ITEM;
@@ -127,12 +131,18 @@ unsigned int GpbXmlCompilerJson::CreateJsField(const FieldDescriptor *pstField, 
     if (pstField->is_repeated() && !XmlNodeIsBitsType(pstField, pstNode))
     {
         cJSON *list = GetJsListNode(pstField, pstNode, pstParent);
-        added = list == nullptr ? nullptr : GpbJsonAddToArray(uiMemHandle, list, std::move(item));
+        if (list == nullptr)
+        {
+            return GPB_COMPILER_NO_JSON_ITEM;
+        }
+        added = document != nullptr ? GpbJsonDocument::AddToArray(list, item)
+                                    : GpbJsonAddToArray(uiMemHandle, list, std::move(ownItem));
     }
     else
     {
-        added = GpbJsonAddToObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode),
-                                   std::move(item));
+        const char *name = GpbXmlCompilerJson_GetFieldName(pstField, pstNode);
+        added = document != nullptr ? document->AddToObject(pstParent, name, item)
+                                    : GpbJsonAddToObject(uiMemHandle, pstParent, name, std::move(ownItem));
     }
     return added == nullptr ? GPB_COMPILER_NO_JSON_ITEM : GPB_COMPILER_OK;
 }

@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 #include <string>
 
+#include "compiler/gpb_json_document.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_xml_node.h"
@@ -22,6 +23,17 @@ namespace
 // The steps that log, in either setting.
 constexpr char CONTAINER[] = "ProcXmlContainerNode";
 constexpr char FIND_FIELD[] = "FindField";
+
+// An empty object or array as a member of an object below `root`.
+cJSON *AddMember(cJSON *root, uint32_t moduleId, cJSON *parent, const char *name, int type)
+{
+    if (GpbJsonDocument *document = GpbJsonDocument::Of(root))
+    {
+        return document->AddToObject(parent, name, document->NewItem(type));
+    }
+    return type == cJSON_Array ? GpbLib_Json_ObjectAddArray(moduleId, parent, name)
+                               : GpbLib_Json_ObjectAddObject(moduleId, parent, name);
+}
 
 } // namespace
 
@@ -146,7 +158,8 @@ void GpbXmlCompilerJson::ReportNoField(xmlNode *pstNode)
 
 cJSON *GpbXmlCompilerJson::CreateJsTopNode(xmlNode *pstNode, cJSON *pstParent) const
 {
-    return GpbLib_Json_ObjectAddObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(nullptr, pstNode));
+    return AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(nullptr, pstNode),
+                     cJSON_Object);
 }
 
 cJSON *GpbXmlCompilerJson::CreateJsObject(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent)
@@ -157,12 +170,17 @@ cJSON *GpbXmlCompilerJson::CreateJsObject(const FieldDescriptor *pstField, xmlNo
     }
     if (!pstField->is_repeated())
     {
-        return GpbLib_Json_ObjectAddObject(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode));
+        return AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode),
+                         cJSON_Object);
     }
     cJSON *list = GetJsListNode(pstField, pstNode, pstParent);
     if (list == nullptr)
     {
         return nullptr;
+    }
+    if (GpbJsonDocument *document = GpbJsonDocument::Of(pstJsonRoot))
+    {
+        return GpbJsonDocument::AddToArray(list, document->NewItem(cJSON_Object));
     }
     return GpbJsonAddToArray(uiMemHandle, list, GpbJsonItem(GpbLib_Json_AllocObject(uiMemHandle)));
 }
@@ -176,7 +194,7 @@ cJSON *GpbXmlCompilerJson::GetJsListNode(const FieldDescriptor *pstField, xmlNod
         return known->second;
     }
     cJSON *list =
-        GpbLib_Json_ObjectAddArray(uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode));
+        AddMember(pstJsonRoot, uiMemHandle, pstParent, GpbXmlCompilerJson_GetFieldName(pstField, pstNode), cJSON_Array);
     if (list != nullptr)
     {
         mapListNode.emplace(pstField, list);

@@ -41,6 +41,22 @@ inline bool areOrdersGiven()
     return areOrdersGiven() && isOrderedToFail(service, number);
 }
 
+/**
+ * callFails for the services that are called for every few bytes, in two steps: most of their calls are made by the
+ * only thread while there are no orders, and are counted here.
+ *
+ * @return false when the call was not counted, which is left to callFails then
+ */
+[[nodiscard, gnu::always_inline]] inline bool isCallOnlyCounted(GpbHostService service)
+{
+    const bool isCounted = isOnlyThread() && !areOrdersGiven();
+    if (isCounted)
+    {
+        advanceAlone(g_calls[service]);
+    }
+    return isCounted;
+}
+
 /** Takes every order to fail back; counts stay. */
 void clearFaults();
 

@@ -33,7 +33,7 @@ int copyText(char *destination, size_t size, const char *source, size_t count, b
 
 /** Two parts that overlap make any length between one part and two. Both are read before either is written. */
 template <typename Part>
-void moveInParts(unsigned char *destination, const unsigned char *source, size_t count)
+[[gnu::always_inline]] inline void moveInParts(unsigned char *destination, const unsigned char *source, size_t count)
 {
     Part first;
     Part last;
@@ -43,9 +43,20 @@ void moveInParts(unsigned char *destination, const unsigned char *source, size_t
     std::memcpy(destination + count - sizeof(Part), &last, sizeof(Part));
 }
 
-/** As memmove, without its call for the few bytes that most of the library's copies have. */
-[[gnu::always_inline]] inline void moveBytes(void *destination, const void *source, size_t count)
+/** Kept out of line, as is all that is seldom done below: without it memcpy_s and memset_s save no registers. */
+[[gnu::noinline]] int moveMany(void *destination, const void *source, size_t count)
 {
+    std::memmove(destination, source, count);
+    return 0;
+}
+
+/** As memmove, without its call for the few bytes that most of the library's copies have. */
+[[gnu::always_inline]] inline int copyBytes(void *destination, size_t size, const void *source, size_t count)
+{
+    if (destination == nullptr || size == 0 || source == nullptr || count > size)
+    {
+        return kFailed;
+    }
     auto *const to = static_cast<unsigned char *>(destination);
     const auto *const from = static_cast<const unsigned char *>(source);
     if (count == 1)
@@ -66,57 +77,48 @@ void moveInParts(unsigned char *destination, const unsigned char *source, size_t
     }
     else
     {
-        std::memmove(destination, source, count);
+        return moveMany(destination, source, count);
     }
-}
-
-[[gnu::always_inline]] inline int copyBytes(void *destination, size_t size, const void *source, size_t count)
-{
-    if (destination == nullptr || size == 0 || source == nullptr || count > size)
-    {
-        return kFailed;
-    }
-    moveBytes(destination, source, count);
     return 0;
 }
 
-int fillBytes(void *destination, size_t size, int value, size_t count)
+[[gnu::noinline]] int fillMany(void *destination, int value, size_t count)
+{
+    std::memset(destination, value, count);
+    return 0;
+}
+
+[[gnu::always_inline]] inline int fillBytes(void *destination, size_t size, int value, size_t count)
 {
     if (destination == nullptr || size == 0 || count > size)
     {
         return kFailed;
     }
-    std::memset(destination, value, count);
-    return 0;
+    return fillMany(destination, value, count);
 }
 
-// Looking for an order is kept out of the two functions below, which are called for every few bytes that are written:
-// without it they save no registers.
-
-[[gnu::noinline]] int copyUnlessOrdered(void *destination, size_t size, const void *source, size_t count, uint64_t call)
+[[gnu::noinline]] int copyUnlessOrdered(void *destination, size_t size, const void *source, size_t count)
 {
-    return host::isOrderedToFail(GPB_HOST_MEMCPY, call) ? kFailed : copyBytes(destination, size, source, count);
+    return host::callFails(GPB_HOST_MEMCPY) ? kFailed : copyBytes(destination, size, source, count);
 }
 
-[[gnu::noinline]] int fillUnlessOrdered(void *destination, size_t size, int value, size_t count, uint64_t call)
+[[gnu::noinline]] int fillUnlessOrdered(void *destination, size_t size, int value, size_t count)
 {
-    return host::isOrderedToFail(GPB_HOST_MEMSET, call) ? kFailed : fillBytes(destination, size, value, count);
+    return host::callFails(GPB_HOST_MEMSET) ? kFailed : fillBytes(destination, size, value, count);
 }
 
 } // namespace
 
 int memcpy_s(void *pvDest, size_t uiSize, const void *pvSrc, size_t uiCount)
 {
-    const uint64_t call = host::countCall(GPB_HOST_MEMCPY);
-    return host::areOrdersGiven() ? copyUnlessOrdered(pvDest, uiSize, pvSrc, uiCount, call)
-                                  : copyBytes(pvDest, uiSize, pvSrc, uiCount);
+    return host::isCallOnlyCounted(GPB_HOST_MEMCPY) ? copyBytes(pvDest, uiSize, pvSrc, uiCount)
+                                                    : copyUnlessOrdered(pvDest, uiSize, pvSrc, uiCount);
 }
 
 int memset_s(void *pvDest, size_t uiSize, int iValue, size_t uiCount)
 {
-    const uint64_t call = host::countCall(GPB_HOST_MEMSET);
-    return host::areOrdersGiven() ? fillUnlessOrdered(pvDest, uiSize, iValue, uiCount, call)
-                                  : fillBytes(pvDest, uiSize, iValue, uiCount);
+    return host::isCallOnlyCounted(GPB_HOST_MEMSET) ? fillBytes(pvDest, uiSize, iValue, uiCount)
+                                                    : fillUnlessOrdered(pvDest, uiSize, iValue, uiCount);
 }
 
 int strcpy_s(char *pcDest, size_t uiSize, const char *pcSrc)

@@ -21,14 +21,20 @@ inline bool isOnlyThread()
     return __libc_single_threaded != 0;
 }
 
-/** Counts up; returns the count that this call has reached. Any thread. */
+/** Counts up; returns the count that this call has reached. For the only thread. */
+inline uint64_t advanceAlone(std::atomic<uint64_t> &counter)
+{
+    const uint64_t reached = counter.load(std::memory_order_relaxed) + 1;
+    counter.store(reached, std::memory_order_relaxed);
+    return reached;
+}
+
+/** As above, for any thread. */
 inline uint64_t advance(std::atomic<uint64_t> &counter)
 {
     if (isOnlyThread())
     {
-        const uint64_t reached = counter.load(std::memory_order_relaxed) + 1;
-        counter.store(reached, std::memory_order_relaxed);
-        return reached;
+        return advanceAlone(counter);
     }
     return counter.fetch_add(1, std::memory_order_relaxed) + 1;
 }

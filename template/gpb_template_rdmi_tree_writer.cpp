@@ -21,42 +21,23 @@ constexpr uint32_t LINE_WRITE_END = 860;
 // The function that all lines of writing are logged under.
 constexpr const char *WRITE_OPERATION = "GPBLIB_ObjTree_Write";
 
-using NodeWriter = uint32_t (*)(const ObjNode *node, uint8_t *dest, uint32_t room);
-
-constexpr uint32_t NODE_TYPES = GPB_OBJNODE_ROOTDOC + 1;
-
-// By node type; null: the type writes no bytes of its own.
-constexpr NodeWriter PLAIN_WRITERS[NODE_TYPES] = {nullptr, GPBLIB_ObjNode_WriteVarint, GPBLIB_ObjNode_WriteString,
-                                                  GPBLIB_ObjNode_WriteNode, nullptr};
-constexpr NodeWriter TEMPLATE_WRITERS[NODE_TYPES] = {nullptr, GPBLIB_ObjNode_WriteVarint, GPBLIB_ObjNode_WriteString,
-                                                     GPBLIB_ObjNode_WriteNodeTemplate,
-                                                     GPBLIB_ObjNode_WriteNodeTemplate};
-
-uint32_t WriteByType(const NodeWriter *writers, const ObjNode *node, uint8_t *dest, uint32_t room)
+// The bytes of a varint; where they end.
+uint8_t *FormVarint(uint64_t value, uint8_t *bytes)
 {
-    if (node->nodeType >= NODE_TYPES || writers[node->nodeType] == nullptr)
-    {
-        return 0;
-    }
-    return writers[node->nodeType](node, dest, room);
-}
-
-// The bytes of a varint; their number.
-uint32_t FormVarint(uint64_t value, uint8_t *bytes)
-{
-    uint32_t length = 0;
     while (value > GPB_VARINT_PAYLOAD)
     {
-        bytes[length++] = static_cast<uint8_t>(value | GPB_VARINT_CONTINUED);
+        *bytes++ = static_cast<uint8_t>(value | GPB_VARINT_CONTINUED);
         value >>= GPB_VARINT_PAYLOAD_BITS;
     }
-    bytes[length++] = static_cast<uint8_t>(value);
-    return length;
+    *bytes = static_cast<uint8_t>(value);
+    return bytes + 1;
 }
 
 // Copies the bytes of a varint where they fit; their number, 0 where they do not.
-uint32_t CopyVarint(const uint8_t *bytes, uint32_t length, uint8_t *dest, uint32_t room)
+uint32_t WriteVarint(uint64_t value, uint8_t *dest, uint32_t room)
 {
+    uint8_t bytes[GPB_VARINT_MAX_SIZE];
+    const auto length = static_cast<uint32_t>(FormVarint(value, bytes) - bytes);
     if (room < length)
     {
         return 0;
@@ -71,14 +52,66 @@ uint32_t CopyVarint(const uint8_t *bytes, uint32_t length, uint8_t *dest, uint32
 // A tag followed by one varint, which is all that every node but a string consists of.
 uint32_t WriteTagAndVarint(const ObjNode *node, uint32_t wireType, uint64_t value, uint8_t *dest, uint32_t room)
 {
-    uint8_t bytes[GPB_VARINT_MAX_SIZE];
-    const uint32_t tagLen = CopyVarint(bytes, FormVarint(GpbWireTag(node, wireType), bytes), dest, room);
+    const uint32_t tagLen = WriteVarint(GpbWireTag(node, wireType), dest, room);
     if (tagLen == 0)
     {
         return 0;
     }
-    const uint32_t valueLen = CopyVarint(bytes, FormVarint(value, bytes), dest + tagLen, room - tagLen);
+    const uint32_t valueLen = WriteVarint(value, dest + tagLen, room - tagLen);
     return valueLen == 0 ? 0 : tagLen + valueLen;
+}
+
+uint32_t WriteInteger(const ObjNode *node, uint8_t *dest, uint32_t room)
+{
+    return WriteTagAndVarint(node, GPB_WIRE_VARINT, node->value, dest, room);
+}
+
+uint32_t WriteHeader(const ObjNode *node, uint32_t wireType, uint8_t *dest, uint32_t room)
+{
+    return WriteTagAndVarint(node, wireType, node->objLen, dest, room);
+}
+
+uint32_t WriteString(const ObjNode *node, uint8_t *dest, uint32_t room)
+{
+    const uint32_t headerLen = WriteHeader(node, GPB_WIRE_DELIMITED, dest, room);
+    if (headerLen == 0 || node->objLen == 0)
+    {
+        return headerLen;
+    }
+    const uint32_t left = room - headerLen;
+    if (node->objLen > left || node->pucString == nullptr)
+    {
+        return 0;
+    }
+    if (memcpy_s(dest + headerLen, left, node->pucString, node->objLen) != 0)
+    {
+        ZMP_Assert(GPB_RDMI_TREE_TAG, LINE_COPY_STRING_FAILED, 0);
+    }
+    return headerLen + node->objLen;
+}
+
+// The bytes of a node by its type; none for a type that writes none of its own.
+uint32_t WriteByType(const ObjNode *node, uint8_t *dest, uint32_t room, bool isTemplate)
+{
+    switch (node->nodeType)
+    {
+    case GPB_OBJNODE_INTLEAF:
+        return WriteInteger(node, dest, room);
+    case GPB_OBJNODE_STRLEAF:
+        return WriteString(node, dest, room);
+    case GPB_OBJNODE_CONTAIN:
+        return WriteHeader(node, isTemplate ? GPB_WIRE_CONTAINER : GPB_WIRE_DELIMITED, dest, room);
+    case GPB_OBJNODE_ROOTDOC:
+        return isTemplate ? WriteHeader(node, GPB_WIRE_CONTAINER, dest, room) : 0;
+    default:
+        return 0;
+    }
+}
+
+// A node as the mode has it: templates know no encode flag.
+uint32_t WriteInMode(const ObjNode *node, uint8_t *dest, uint32_t room, bool isTemplate)
+{
+    return isTemplate || node->gpbFlg != 0 ? WriteByType(node, dest, room, isTemplate) : 0;
 }
 
 bool IsWritable(const ObjNode *node, const uint8_t *dest)
@@ -90,12 +123,13 @@ bool IsWritable(const ObjNode *node, const uint8_t *dest)
 class TreeWriter
 {
 public:
-    TreeWriter(uint8_t *dest, uint32_t room, uint32_t mode, const GpbLibContext *context)
-        : dest_(dest), room_(room), mode_(mode), context_(context)
+    TreeWriter(uint8_t *dest, uint32_t room, bool isTemplate, const GpbLibContext *context)
+        : dest_(dest), room_(room), isTemplate_(isTemplate), context_(context)
     {
     }
 
-    [[nodiscard]] bool Write(const ObjNode *node)
+    // With all its steps in it: a node has few bytes, and each call on the way to them costs as much as one of these.
+    [[nodiscard, gnu::flatten]] bool Write(const ObjNode *node)
     {
         if (node->gpbSize > room_ - written_)
         {
@@ -104,7 +138,7 @@ public:
             GPBLIB_DBG_PrintPath(node, context_);
             return false;
         }
-        const uint32_t count = WriteBytes(node);
+        const uint32_t count = WriteInMode(node, dest_ + written_, room_ - written_, isTemplate_);
         if (count == 0 && node->nodeType != GPB_OBJNODE_ROOTDOC && node->gpbFlg == 1)
         {
             GPB_LOG_AS(context_, GPB_LOG_PROGRESS, WRITE_OPERATION, LINE_WRITE_NODE_FAILED,
@@ -120,17 +154,9 @@ public:
     uint32_t Written() const { return written_; }
 
 private:
-    uint32_t WriteBytes(const ObjNode *node) const
-    {
-        uint8_t *cursor = dest_ + written_;
-        const uint32_t left = room_ - written_;
-        return mode_ == GPB_OBJTREE_MODE_TEMPLATE ? GPBLIB_ObjNode_TemplateWrite(node, cursor, left)
-                                                  : GPBLIB_ObjNode_Write(node, cursor, left);
-    }
-
     uint8_t *dest_;
     uint32_t room_;
-    uint32_t mode_;
+    bool isTemplate_;
     const GpbLibContext *context_;
     uint32_t written_ = 0;
 };
@@ -139,62 +165,37 @@ private:
 
 uint32_t GPBLIB_Encoding_WriteVarInt(uint64_t ulValue, uint8_t *pucDest, uint32_t uiRoom)
 {
-    uint8_t bytes[GPB_VARINT_MAX_SIZE];
-    const uint32_t length = FormVarint(ulValue, bytes);
-    return pucDest == nullptr ? 0 : CopyVarint(bytes, length, pucDest, uiRoom);
+    return pucDest == nullptr ? 0 : WriteVarint(ulValue, pucDest, uiRoom);
 }
 
 uint32_t GPBLIB_ObjNode_WriteVarint(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    return IsWritable(pstNode, pucDest) ? WriteTagAndVarint(pstNode, GPB_WIRE_VARINT, pstNode->value, pucDest, uiRoom)
-                                        : 0;
+    return IsWritable(pstNode, pucDest) ? WriteInteger(pstNode, pucDest, uiRoom) : 0;
 }
 
 uint32_t GPBLIB_ObjNode_WriteString(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    const uint32_t headerLen = GPBLIB_ObjNode_WriteNode(pstNode, pucDest, uiRoom);
-    if (headerLen == 0 || pstNode->objLen == 0)
-    {
-        return headerLen;
-    }
-    const uint32_t left = uiRoom - headerLen;
-    if (pstNode->objLen > left || pstNode->pucString == nullptr)
-    {
-        return 0;
-    }
-    if (memcpy_s(pucDest + headerLen, left, pstNode->pucString, pstNode->objLen) != 0)
-    {
-        ZMP_Assert(GPB_RDMI_TREE_TAG, LINE_COPY_STRING_FAILED, 0);
-    }
-    return headerLen + pstNode->objLen;
+    return IsWritable(pstNode, pucDest) ? WriteString(pstNode, pucDest, uiRoom) : 0;
 }
 
 uint32_t GPBLIB_ObjNode_WriteNode(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    return IsWritable(pstNode, pucDest)
-               ? WriteTagAndVarint(pstNode, GPB_WIRE_DELIMITED, pstNode->objLen, pucDest, uiRoom)
-               : 0;
+    return IsWritable(pstNode, pucDest) ? WriteHeader(pstNode, GPB_WIRE_DELIMITED, pucDest, uiRoom) : 0;
 }
 
 uint32_t GPBLIB_ObjNode_WriteNodeTemplate(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    return IsWritable(pstNode, pucDest)
-               ? WriteTagAndVarint(pstNode, GPB_WIRE_CONTAINER, pstNode->objLen, pucDest, uiRoom)
-               : 0;
+    return IsWritable(pstNode, pucDest) ? WriteHeader(pstNode, GPB_WIRE_CONTAINER, pucDest, uiRoom) : 0;
 }
 
 uint32_t GPBLIB_ObjNode_Write(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    if (pstNode == nullptr || pstNode->gpbFlg == 0)
-    {
-        return 0;
-    }
-    return WriteByType(PLAIN_WRITERS, pstNode, pucDest, uiRoom);
+    return IsWritable(pstNode, pucDest) ? WriteInMode(pstNode, pucDest, uiRoom, false) : 0;
 }
 
 uint32_t GPBLIB_ObjNode_TemplateWrite(const ObjNode *pstNode, uint8_t *pucDest, uint32_t uiRoom)
 {
-    return pstNode == nullptr ? 0 : WriteByType(TEMPLATE_WRITERS, pstNode, pucDest, uiRoom);
+    return IsWritable(pstNode, pucDest) ? WriteInMode(pstNode, pucDest, uiRoom, true) : 0;
 }
 
 uint32_t GPBLIB_ObjTree_Write(ObjTree pstTree, uint8_t *pucDest, uint32_t uiRoom, uint32_t uiMode,
@@ -207,7 +208,7 @@ uint32_t GPBLIB_ObjTree_Write(ObjTree pstTree, uint8_t *pucDest, uint32_t uiRoom
     GPB_LOG(pstCtx, GPB_LOG_PROGRESS, LINE_WRITE_BEGIN, "gpb obj tree write begin");
     GPBLIB_ObjTree_Print(pstTree, pstCtx);
 
-    TreeWriter writer(pucDest, uiRoom, uiMode, pstCtx);
+    TreeWriter writer(pucDest, uiRoom, uiMode == GPB_OBJTREE_MODE_TEMPLATE, pstCtx);
     CmfTreeIter iter;
     for (CmfTreeNode *link = CMF_TREE_GetPreOrderIter(&pstTree->stTree, &iter, 0); link != nullptr;
          link = CMF_TREE_GetNextByPreOrder(&iter, 0))

@@ -65,11 +65,12 @@ protected:
     }
 
     /** Encodes with the n-th allocation of items failing; returns the number of allocations. */
+    template <typename Compiler = OpenXmlToJsonCompiler>
     size_t encodeFailing(const XmlDocument &document, size_t failingCall, CompilerResult &result)
     {
         const ItemMemory memory(failingCall);
         {
-            const auto compiler = open<OpenXmlToJsonCompiler>("plant", static_cast<unsigned char>(0));
+            const auto compiler = open<Compiler>("plant", static_cast<unsigned char>(0));
             result = takeResult(*compiler, compiler->Encode(document.get()));
         }
         EXPECT_EQ(0u, ItemMemory::held());
@@ -99,6 +100,40 @@ TEST_F(XmlToJsonFaultTest, LosesNothingWhicheverItemCannotBeMade)
         {
             EXPECT_EQ("[GpbXmlCompilerJson][Encode]Fail to iterate xml doc, return 11.", log().lines().back().text);
         }
+    }
+}
+
+// A compiler that is no subclass has its items in blocks of cJSON's memory; here in several, one of them for a long
+// text and one with a place left that is too small for an item.
+TEST_F(XmlToJsonFaultTest, LosesNothingWhicheverBlockOfItemsCannotBeMade)
+{
+    const std::string longText(100000, 'x');
+    std::string content = "<first-name>" + longText + "</first-name>";
+    std::string members = R"("first-name":")" + longText + "\"";
+    std::string names;
+    for (int i = 0; i < 2000; ++i)
+    {
+        content += "<names>" + std::to_string(i) + "</names>";
+        names += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\"";
+    }
+    const XmlDocument document("<plant>" + content + "<box><size>1</size></box></plant>");
+    CompilerResult whole;
+    const size_t calls = encodeFailing<GpbXmlCompilerJson>(document, 0, whole);
+    EXPECT_EQ("{\"plant\":{" + members + R"(,"names":[)" + names + R"(],"box":{"size":1}}})", whole.bytes);
+    EXPECT_GT(calls, 5u);
+    EXPECT_LT(calls, 20u);
+    for (size_t failing = 1; failing <= calls; ++failing)
+    {
+        SCOPED_TRACE(failing);
+        CompilerResult result;
+        encodeFailing<GpbXmlCompilerJson>(document, failing, result);
+        EXPECT_EQ(failing == 1 ? 11u : 0u, result.code);
+        EXPECT_EQ(failing == 1, result.isNull);
+        EXPECT_NE(whole.bytes, result.bytes);
+        const std::vector<LogLine> lines = log().lines();
+        EXPECT_EQ(failing == 1, lines.empty());
+        EXPECT_TRUE(failing == 1 || lines.back().str().rfind("0: Fail to translator node [", 0) == 0);
+        log().clear();
     }
 }
 

@@ -64,6 +64,97 @@ protected:
         return result;
     }
 
+    /**
+     * The outcomes of a generation, which differ little between the ways to map ids.
+     *
+     * @param storedClassId      under which the template would be stored, as it is logged
+     * @param linesOfMappedLeaf  lines that are logged about each of the four leaves that lead to another class
+     */
+    static std::vector<std::string> outcomesOfGeneration(const std::string &storedClassId, unsigned linesOfMappedLeaf)
+    {
+        const auto gone = [=](unsigned lines, unsigned mappedLeaves)
+        { return std::to_string(lines + mappedLeaves * linesOfMappedLeaf) + " lines gone"; };
+        return {
+            "MALLOC 1-2: none, code 1; " + gone(21, 4) +
+                "; +1: failed to malloc stack; +0: failed to generate gpb template",
+            "MALLOC 3: none, code 1; " + gone(21, 4) +
+                "; +0: failed to malloc memory for saving gpb template; +1: failed to pop node from stack; +0: failed "
+                "to generate gpb template",
+            "MALLOC 4-9: none, code 1; " + gone(20, 4) +
+                "; +0: failed to insert leaf node to root; +1: failed to pop node from stack; +0: failed to generate "
+                "gpb template",
+            "MALLOC 10-11,19,40-41,49,70-71,79-80: other bytes",
+            "MALLOC 12-18: other bytes; +0: failed to AddFieldAttribute [fid=1, fname=name] of container[classid=16, "
+            "nodename=top],",
+            "MALLOC 20-26: other bytes; +0: failed to AddFieldAttribute [fid=2, fname=flag] of container[classid=16, "
+            "nodename=top],",
+            "MALLOC 27-32: none, code 1; " + gone(14, 3) +
+                "; +0: failed to Create Container node[ClassId=20, ClassName=list].; +0: failed to fill Container "
+                "fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb template",
+            "MALLOC 33-39: none, code 1; " + gone(14, 3) +
+                "; +0: failed to Create Container fieldAttr; +0: failed to fill Container fieldAttr; +1: failed to "
+                "update Gpb template; +0: failed to generate gpb template",
+            "MALLOC 42-48: other bytes; +0: failed to AddFieldAttribute [fid=3, fname=key] of container[classid=32, "
+            "nodename=list],",
+            "MALLOC 50-56: other bytes; +0: failed to AddFieldAttribute [fid=4, fname=number] of container[classid=32, "
+            "nodename=list],",
+            "MALLOC 57-62: none, code 1; " + gone(8, 2) +
+                "; +0: failed to Create Container node[ClassId=40, ClassName=a].; +0: failed to fill Container "
+                "fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to insert leaf node to "
+                "sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
+            "MALLOC 63-69: none, code 1; " + gone(8, 2) +
+                "; +0: failed to Create Container fieldAttr; +0: failed to fill Container fieldAttr; +0: Failed to "
+                "insert case leaf node to sub container; +0: 2.failed to insert leaf node to sub container; +1: failed "
+                "to update Gpb template; +0: failed to generate gpb template",
+            "MALLOC 72-78: other bytes; +0: failed to AddFieldAttribute [fid=5, fname=a-leaf] of container[classid=64, "
+            "nodename=a],",
+            "MALLOC 81-87: other bytes; +0: failed to AddFieldAttribute [fid=6, fname=a-bytes] of "
+            "container[classid=64, nodename=a],",
+            "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save gpb template, classid=" + storedClassId +
+                "; +0: failed to generate gpb template",
+            "STACK_CREATE 1: none, code 1; " + gone(21, 4) +
+                "; +1: failed to malloc stack; +0: failed to generate gpb template",
+            "STACK_PUSH 1-2: none, code 1; " + gone(21, 4) +
+                "; +1: failed to push father node to stack; +0: failed to generate gpb template",
+            "STACK_POP 1: none, code 1; " + gone(21, 4) +
+                "; +1: failed to pop node from stack; +0: failed to generate gpb template",
+            "STACK_POP 2: none, code 1; " + gone(14, 3) +
+                "; +0: failed to pop container, ret = 0x1; +1: failed to update Gpb template; +0: failed to generate "
+                "gpb template",
+            "MEMCPY 1-15: same; gpb_template_rdmi_tree:335 asserted",
+            "MEMSET 1: same; gpb_template:1260 asserted",
+            "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
+            "STRCPY 1: none, code 1; gpb_template:1208 asserted; " + gone(21, 4) +
+                "; +0: failed to get message from proto file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node "
+                "from stack; +0: failed to generate gpb template",
+            "STRCPY 2: same; gpb_util asserted",
+            "STRCPY 3: none, code 1; " + gone(14, 3) +
+                "; +0: protofile has not this node = list; +0: protofile has not this node = list; +1: failed to "
+                "update Gpb template; +0: failed to generate gpb template",
+            "STRCPY 4: other bytes; " + gone(6, 2) + "; +0: failed to find gpb node kind_a",
+            "STRNCPY 1: other bytes; gpb_template:1010 asserted; " + gone(2, 1) +
+                "; +1: protofile has not this field = name",
+            "STRNCPY 2: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = flag",
+            "STRNCPY 3: other bytes; gpb_template:1010 asserted; " + gone(2, 1) +
+                "; +1: protofile has not this field = key",
+            "STRNCPY 4: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = "
+            "number",
+            "STRNCPY 5: other bytes; gpb_template:1010 asserted; " + gone(2, 1) +
+                "; +1: protofile has not this field = a-leaf",
+            "STRNCPY 6: other bytes; gpb_template:1010 asserted; " + gone(2, 1) +
+                "; +1: protofile has not this field = a-bytes",
+            "SPRINTF 1: none, code 1; " + gone(14, 3) +
+                "; +0: Gpb switch name = list failed; +0: protofile has not this node = ; +0: protofile has not this "
+                "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
+            "SPRINTF 2: none, code 1; " + gone(8, 2) +
+                "; +0: Gpb switch name = a failed; +0: Failed to insert case leaf node to sub container; +0: 2.failed "
+                "to insert leaf node to sub container; +1: failed to update Gpb template; +0: failed to generate gpb "
+                "template",
+            "SNPRINTF_TRUNCATED 1-4: other bytes; gpb_template:1152 asserted",
+            "VSNPRINTF_TRUNCATED 1-" + std::to_string(25 + 4 * linesOfMappedLeaf) +
+                ": same; gpb_template:112 asserted; a line is empty"};
+    }
+
     /** The outcomes of each answer that is an error. */
     void expectOutcomesOfAnswers(const gpbtest::FaultRecords &records, const std::vector<std::string> &expected)
     {
@@ -77,138 +168,14 @@ protected:
 TEST_F(TemplateOutcomes, OwnIds)
 {
     const gpbtest::FaultRecords records;
-    expectOutcomes(
-        [&] { return generate(records); },
-        {"MALLOC 1-2: none, code 1; 21 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "MALLOC 3: none, code 1; 21 lines gone; +0: failed to malloc memory for saving gpb template; +1: failed to "
-         "pop node from stack; +0: failed to generate gpb template",
-         "MALLOC 4-9: none, code 1; 20 lines gone; +0: failed to insert leaf node to root; +1: failed to pop node from "
-         "stack; +0: failed to generate gpb template",
-         "MALLOC 10-11,19,40-41,49,70-71,79-80: other bytes",
-         "MALLOC 12-18: other bytes; +0: failed to AddFieldAttribute [fid=1, fname=name] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 20-26: other bytes; +0: failed to AddFieldAttribute [fid=2, fname=flag] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 27-32: none, code 1; 14 lines gone; +0: failed to Create Container node[ClassId=20, ClassName=list].; "
-         "+0: failed to fill Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "MALLOC 33-39: none, code 1; 14 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 42-48: other bytes; +0: failed to AddFieldAttribute [fid=3, fname=key] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 50-56: other bytes; +0: failed to AddFieldAttribute [fid=4, fname=number] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 57-62: none, code 1; 8 lines gone; +0: failed to Create Container node[ClassId=40, ClassName=a].; +0: "
-         "failed to fill Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to "
-         "insert leaf node to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 63-69: none, code 1; 8 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to insert leaf node "
-         "to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 72-78: other bytes; +0: failed to AddFieldAttribute [fid=5, fname=a-leaf] of container[classid=64, "
-         "nodename=a],",
-         "MALLOC 81-87: other bytes; +0: failed to AddFieldAttribute [fid=6, fname=a-bytes] of container[classid=64, "
-         "nodename=a],",
-         "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save gpb template, classid=0x20; +0: failed to generate "
-         "gpb template",
-         "STACK_CREATE 1: none, code 1; 21 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "STACK_PUSH 1-2: none, code 1; 21 lines gone; +1: failed to push father node to stack; +0: failed to generate "
-         "gpb template",
-         "STACK_POP 1: none, code 1; 21 lines gone; +1: failed to pop node from stack; +0: failed to generate gpb "
-         "template",
-         "STACK_POP 2: none, code 1; 14 lines gone; +0: failed to pop container, ret = 0x1; +1: failed to update Gpb "
-         "template; +0: failed to generate gpb template",
-         "MEMCPY 1-15: same; gpb_template_rdmi_tree:335 asserted",
-         "MEMSET 1: same; gpb_template:1260 asserted",
-         "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
-         "STRCPY 1: none, code 1; gpb_template:1208 asserted; 21 lines gone; +0: failed to get message from proto "
-         "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util asserted",
-         "STRCPY 3: none, code 1; 14 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
-         "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "STRCPY 4: other bytes; 6 lines gone; +0: failed to find gpb node kind_a",
-         "STRNCPY 1: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = name",
-         "STRNCPY 2: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = flag",
-         "STRNCPY 3: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = key",
-         "STRNCPY 4: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = number",
-         "STRNCPY 5: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = a-leaf",
-         "STRNCPY 6: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = a-bytes",
-         "SPRINTF 1: none, code 1; 14 lines gone; +0: Gpb switch name = list failed; +0: protofile has not this node = "
-         "; +0: protofile has not this node = list; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "SPRINTF 2: none, code 1; 8 lines gone; +0: Gpb switch name = a failed; +0: Failed to insert case leaf node "
-         "to sub container; +0: 2.failed to insert leaf node to sub container; +1: failed to update Gpb template; +0: "
-         "failed to generate gpb template",
-         "SNPRINTF_TRUNCATED 1-4: other bytes; gpb_template:1152 asserted",
-         "VSNPRINTF_TRUNCATED 1-25: same; gpb_template:112 asserted; a line is empty"});
+    expectOutcomes([&] { return generate(records); }, outcomesOfGeneration("0x20", 0));
 }
 
 TEST_F(TemplateOutcomes, ClassMap)
 {
     const gpbtest::FaultRecords records;
     GPBLIB_RegisterClassMapFunc(context(), 1, mapClass);
-    expectOutcomes(
-        [&] { return generate(records); },
-        {"MALLOC 1-2: none, code 1; 25 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "MALLOC 3: none, code 1; 25 lines gone; +0: failed to malloc memory for saving gpb template; +1: failed to "
-         "pop node from stack; +0: failed to generate gpb template",
-         "MALLOC 4-9: none, code 1; 24 lines gone; +0: failed to insert leaf node to root; +1: failed to pop node from "
-         "stack; +0: failed to generate gpb template",
-         "MALLOC 10-11,19,40-41,49,70-71,79-80: other bytes",
-         "MALLOC 12-18: other bytes; +0: failed to AddFieldAttribute [fid=1, fname=name] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 20-26: other bytes; +0: failed to AddFieldAttribute [fid=2, fname=flag] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 27-32: none, code 1; 17 lines gone; +0: failed to Create Container node[ClassId=20, ClassName=list].; "
-         "+0: failed to fill Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "MALLOC 33-39: none, code 1; 17 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 42-48: other bytes; +0: failed to AddFieldAttribute [fid=3, fname=key] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 50-56: other bytes; +0: failed to AddFieldAttribute [fid=4, fname=number] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 57-62: none, code 1; 10 lines gone; +0: failed to Create Container node[ClassId=40, ClassName=a].; "
-         "+0: failed to fill Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed "
-         "to insert leaf node to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 63-69: none, code 1; 10 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to insert leaf node "
-         "to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 72-78: other bytes; +0: failed to AddFieldAttribute [fid=5, fname=a-leaf] of container[classid=64, "
-         "nodename=a],",
-         "MALLOC 81-87: other bytes; +0: failed to AddFieldAttribute [fid=6, fname=a-bytes] of container[classid=64, "
-         "nodename=a],",
-         "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save gpb template, classid=0x120; +0: failed to "
-         "generate gpb template",
-         "STACK_CREATE 1: none, code 1; 25 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "STACK_PUSH 1-2: none, code 1; 25 lines gone; +1: failed to push father node to stack; +0: failed to generate "
-         "gpb template",
-         "STACK_POP 1: none, code 1; 25 lines gone; +1: failed to pop node from stack; +0: failed to generate gpb "
-         "template",
-         "STACK_POP 2: none, code 1; 17 lines gone; +0: failed to pop container, ret = 0x1; +1: failed to update Gpb "
-         "template; +0: failed to generate gpb template",
-         "MEMCPY 1-15: same; gpb_template_rdmi_tree:335 asserted",
-         "MEMSET 1: same; gpb_template:1260 asserted",
-         "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
-         "STRCPY 1: none, code 1; gpb_template:1208 asserted; 25 lines gone; +0: failed to get message from proto "
-         "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util asserted",
-         "STRCPY 3: none, code 1; 17 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
-         "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "STRCPY 4: other bytes; 8 lines gone; +0: failed to find gpb node kind_a",
-         "STRNCPY 1: other bytes; gpb_template:1010 asserted; 3 lines gone; +1: protofile has not this field = name",
-         "STRNCPY 2: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = flag",
-         "STRNCPY 3: other bytes; gpb_template:1010 asserted; 3 lines gone; +1: protofile has not this field = key",
-         "STRNCPY 4: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = number",
-         "STRNCPY 5: other bytes; gpb_template:1010 asserted; 3 lines gone; +1: protofile has not this field = a-leaf",
-         "STRNCPY 6: other bytes; gpb_template:1010 asserted; 3 lines gone; +1: protofile has not this field = a-bytes",
-         "SPRINTF 1: none, code 1; 17 lines gone; +0: Gpb switch name = list failed; +0: protofile has not this node = "
-         "; +0: protofile has not this node = list; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "SPRINTF 2: none, code 1; 10 lines gone; +0: Gpb switch name = a failed; +0: Failed to insert case leaf node "
-         "to sub container; +0: 2.failed to insert leaf node to sub container; +1: failed to update Gpb template; +0: "
-         "failed to generate gpb template",
-         "SNPRINTF_TRUNCATED 1-4: other bytes; gpb_template:1152 asserted",
-         "VSNPRINTF_TRUNCATED 1-29: same; gpb_template:112 asserted; a line is empty"});
+    expectOutcomes([&] { return generate(records); }, outcomesOfGeneration("0x120", 1));
     expectOutcomesOfAnswers(
         records, {"ANSWER 1: none, code 119; 29 lines gone; +0: failed to convert dom cid=0x20 to dim cid, ret=119, "
                   "nodename=list",
@@ -241,69 +208,7 @@ TEST_F(TemplateOutcomes, FieldNameMap)
 {
     const gpbtest::FaultRecords records;
     GPBLIB_RegisterFieldNameMapFunc(context(), 1, mapName);
-    expectOutcomes(
-        [&] { return generate(records); },
-        {"MALLOC 1-2: none, code 1; 21 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "MALLOC 3: none, code 1; 21 lines gone; +0: failed to malloc memory for saving gpb template; +1: failed to "
-         "pop node from stack; +0: failed to generate gpb template",
-         "MALLOC 4-9: none, code 1; 20 lines gone; +0: failed to insert leaf node to root; +1: failed to pop node from "
-         "stack; +0: failed to generate gpb template",
-         "MALLOC 10-11,19,40-41,49,70-71,79-80: other bytes",
-         "MALLOC 12-18: other bytes; +0: failed to AddFieldAttribute [fid=1, fname=name] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 20-26: other bytes; +0: failed to AddFieldAttribute [fid=2, fname=flag] of container[classid=16, "
-         "nodename=top],",
-         "MALLOC 27-32: none, code 1; 14 lines gone; +0: failed to Create Container node[ClassId=20, ClassName=list].; "
-         "+0: failed to fill Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "MALLOC 33-39: none, code 1; 14 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 42-48: other bytes; +0: failed to AddFieldAttribute [fid=3, fname=key] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 50-56: other bytes; +0: failed to AddFieldAttribute [fid=4, fname=number] of container[classid=32, "
-         "nodename=list],",
-         "MALLOC 57-62: none, code 1; 8 lines gone; +0: failed to Create Container node[ClassId=40, ClassName=a].; +0: "
-         "failed to fill Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to "
-         "insert leaf node to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 63-69: none, code 1; 8 lines gone; +0: failed to Create Container fieldAttr; +0: failed to fill "
-         "Container fieldAttr; +0: Failed to insert case leaf node to sub container; +0: 2.failed to insert leaf node "
-         "to sub container; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "MALLOC 72-78: other bytes; +0: failed to AddFieldAttribute [fid=5, fname=a-leaf] of container[classid=64, "
-         "nodename=a],",
-         "MALLOC 81-87: other bytes; +0: failed to AddFieldAttribute [fid=6, fname=a-bytes] of container[classid=64, "
-         "nodename=a],",
-         "VEC_SET 1: none, code 1; 2 lines gone; +0: failed to save gpb template, classid=0x500; +0: failed to "
-         "generate gpb template",
-         "STACK_CREATE 1: none, code 1; 21 lines gone; +1: failed to malloc stack; +0: failed to generate gpb template",
-         "STACK_PUSH 1-2: none, code 1; 21 lines gone; +1: failed to push father node to stack; +0: failed to generate "
-         "gpb template",
-         "STACK_POP 1: none, code 1; 21 lines gone; +1: failed to pop node from stack; +0: failed to generate gpb "
-         "template",
-         "STACK_POP 2: none, code 1; 14 lines gone; +0: failed to pop container, ret = 0x1; +1: failed to update Gpb "
-         "template; +0: failed to generate gpb template",
-         "MEMCPY 1-15: same; gpb_template_rdmi_tree:335 asserted",
-         "MEMSET 1: same; gpb_template:1260 asserted",
-         "MEMSET 2-16: same; gpb_template_rdmi_tree:335 asserted",
-         "STRCPY 1: none, code 1; gpb_template:1208 asserted; 21 lines gone; +0: failed to get message from proto "
-         "file, nodeName = top, uiMsgCnt = 1; +1: failed to pop node from stack; +0: failed to generate gpb template",
-         "STRCPY 2: same; gpb_util asserted",
-         "STRCPY 3: none, code 1; 14 lines gone; +0: protofile has not this node = list; +0: protofile has not this "
-         "node = list; +1: failed to update Gpb template; +0: failed to generate gpb template",
-         "STRCPY 4: other bytes; 6 lines gone; +0: failed to find gpb node kind_a",
-         "STRNCPY 1: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = name",
-         "STRNCPY 2: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = flag",
-         "STRNCPY 3: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = key",
-         "STRNCPY 4: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = number",
-         "STRNCPY 5: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = a-leaf",
-         "STRNCPY 6: other bytes; gpb_template:1010 asserted; 2 lines gone; +1: protofile has not this field = a-bytes",
-         "SPRINTF 1: none, code 1; 14 lines gone; +0: Gpb switch name = list failed; +0: protofile has not this node = "
-         "; +0: protofile has not this node = list; +1: failed to update Gpb template; +0: failed to generate gpb "
-         "template",
-         "SPRINTF 2: none, code 1; 8 lines gone; +0: Gpb switch name = a failed; +0: Failed to insert case leaf node "
-         "to sub container; +0: 2.failed to insert leaf node to sub container; +1: failed to update Gpb template; +0: "
-         "failed to generate gpb template",
-         "SNPRINTF_TRUNCATED 1-4: other bytes; gpb_template:1152 asserted",
-         "VSNPRINTF_TRUNCATED 1-25: same; gpb_template:112 asserted; a line is empty"});
+    expectOutcomes([&] { return generate(records); }, outcomesOfGeneration("0x500", 0));
     expectOutcomesOfAnswers(
         records, {"ANSWER 1: none, code 119; 25 lines gone; +0: failed to convert notification: ret=119, nodename=list",
                   "ANSWER 2: none, code 119; 23 lines gone; +0: failed to convert notification: ret=119, "

@@ -56,7 +56,8 @@ std::string useJson(GpbLibContext *, GpbXmlCompilerBase *compiler)
 {
     const JsonPtr tree(cJSON_Parse(kFaultJson));
     unsigned int length = 0;
-    return text(GpbXmlCompiler_EncodeJson(compiler, tree->child, tree->child, &length), length);
+    const char *const bytes = GpbXmlCompiler_EncodeJson(compiler, tree->child, tree->child, &length);
+    return text(bytes, length);
 }
 
 std::string useAttributes(GpbLibContext *context, GpbXmlCompilerBase *compiler)
