@@ -128,6 +128,7 @@ private:
     {
         fields.push_back({field, cases});
         const GpbExactField *added = &fields.back();
+        std::string module;
         if (field->has_json_name())
         {
             const std::string name(GpbPbJsonName(*field));
@@ -138,17 +139,17 @@ private:
             }
             else
             {
-                byJsonName_[name.substr(end + 1)].push_back(
-                    {added, Match::MODULE_NAME, isCaseItself, name.substr(0, end)});
+                module = name.substr(0, end);
+                byJsonName_[name.substr(end + 1)].push_back({added, Match::MODULE_NAME, isCaseItself, module});
             }
         }
         const std::string name(GpbPbLowercaseName(*field));
-        byFieldName_[name].push_back({added, Match::FIELD_NAME, isCaseItself, {}});
+        byFieldName_[name].push_back({added, Match::FIELD_NAME, isCaseItself, module});
         const std::string number = std::to_string(layer);
         if (EndsWith(name, number))
         {
             byFieldName_[name.substr(0, name.size() - number.size())].push_back(
-                {added, Match::FIELD_NAME_LAYER, isCaseItself, {}});
+                {added, Match::FIELD_NAME_LAYER, isCaseItself, module});
         }
     }
 
@@ -218,7 +219,9 @@ const GpbExactField *GpbExactNames::Best(const std::vector<Entry> &entries, GpbE
         {
             continue;
         }
-        const bool isOther = entry.match == Match::MODULE_NAME && entry.module != module;
+        // Where nobody knows the node's module, a field's own name says nothing against it.
+        const bool isOther =
+            !entry.module.empty() && entry.module != module && (entry.match == Match::MODULE_NAME || !module.empty());
         const auto match = static_cast<unsigned>(isOther ? Match::OTHER_MODULE_NAME : entry.match);
         const unsigned weight =
             match * MATCH_WEIGHT + (isMessage ? MESSAGE_WEIGHT : 0) + (entry.isCaseItself ? CASE_WEIGHT : 0);

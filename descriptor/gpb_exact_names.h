@@ -59,7 +59,7 @@ private:
         JSON_NAME,         ///< its JSON name is the node's
         FIELD_NAME,        ///< its name is the node's, as field names are spelt
         FIELD_NAME_LAYER,  ///< so is its name without the number of its layer
-        OTHER_MODULE_NAME, ///< its JSON name is the node's with another module before it
+        OTHER_MODULE_NAME, ///< any of these, but its JSON name is that of another module
         NONE
     };
 
@@ -69,7 +69,7 @@ private:
         const GpbExactField *field;
         Match match;        ///< MODULE_NAME stands for any module
         bool isCaseItself;  ///< the field is a case field of the message
-        std::string module; ///< for MODULE_NAME: the one before the name
+        std::string module; ///< the one in the field's JSON name, whose nodes come before others; else empty
     };
 
     class Builder;

@@ -219,6 +219,24 @@ TEST_F(ExactNames, ModulesTellNamesakesApart)
     EXPECT_EQ(Leaf("only", "n"), "only2");
 }
 
+// Fields of different messages need no different names: then only one of them may have a JSON name.
+TEST_F(ExactNames, AFieldOfAnotherModuleDoesNotTakeTheNodesOfItsFieldName)
+{
+    Use("oneof choice { A a = 1; B b = 2; } string only = 3 [json_name = 'more:only'];",
+        "message A { string name = 1 [json_name = 'more:name']; Box box = 2 [json_name = 'more:box'];"
+        "string id3 = 3 [json_name = 'more:id']; }"
+        "message B { string name = 1; Box box = 2; string id = 3; } message Box { string x = 1; }");
+    EXPECT_EQ(Leaf("name", "more"), "a/name");
+    EXPECT_EQ(Leaf("name", "base"), "b/name");
+    EXPECT_EQ(Message("box", "more"), "a/box");
+    EXPECT_EQ(Message("box", "base"), "b/box");
+    EXPECT_EQ(Leaf("id", "more"), "a/id3");
+    EXPECT_EQ(Leaf("id", "base"), "b/id");
+    EXPECT_EQ(Leaf("only", "base"), "only");
+    // Where nobody knows the node's module, the first one.
+    EXPECT_EQ(Leaf("name"), "a/name");
+}
+
 TEST_F(ExactNames, ALeafBeforeAMessageThatFitsAlike)
 {
     Use("Box dual = 1; oneof choice { A a = 2; } Box exact = 3 [json_name = 'both'];",

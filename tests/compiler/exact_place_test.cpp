@@ -263,6 +263,14 @@ TEST_F(ExactNameTest, ModulesTellNamesakesApart)
                    "box { x: '1' x_1: '2' }");
 }
 
+TEST_F(ExactNameTest, ANamesakeOfAnotherModuleInAnEarlierCase)
+{
+    useModule("base", "message A { string name = 1 [json_name = 'more:name']; string x = 2; }"
+                      "message B { string name = 1; string y = 2; } oneof pick { A a = 1; B b = 2; }");
+    expectLossless("<y>1</y><name xmlns='urn:base'>2</name>", "b { name: '2' y: '1' }");
+    expectLossless("<x>1</x><name xmlns='urn:more'>2</name>", "a { name: '2' x: '1' }");
+}
+
 TEST_F(ExactNameTest, NumberOfTheLayerBehindAName)
 {
     useModule("depths", "message Box { string name3 = 1; message In { string name4 = 1; } oneof pick { In in = 2; } }"
