@@ -40,6 +40,11 @@ bool GpbWriteExactNumber(double value, char (&text)[GPB_JSON_NUMBER_SIZE])
     {
         return true;
     }
+    // The largest number of 64 bits is one more in a tree, and clamped again where it is read.
+    if (value == UNSIGNED_END)
+    {
+        return sprintf_s(text, sizeof(text), "%.0f", value) >= 0;
+    }
     // Most numbers that people write have fewer digits than all.
     if (sprintf_s(text, sizeof(text), "%.14g", value) < 0)
     {
