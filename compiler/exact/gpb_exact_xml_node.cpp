@@ -22,6 +22,11 @@ bool IsText(const xmlNode *node)
     return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
+bool IsBlank(const char *text)
+{
+    return text[std::strspn(text, BLANKS)] == '\0';
+}
+
 } // namespace
 
 GpbXmlNodeKind GpbReadExactContent(xmlNode *node, char *&text, std::string &joined)
@@ -69,7 +74,12 @@ std::string_view GpbExactModuleOf(const xmlNs *space)
 
 bool GpbIsFormatting(const char *text)
 {
-    return *text == GPB_LINE_BREAK || text[std::strspn(text, BLANKS)] == '\0';
+    return *text == GPB_LINE_BREAK || IsBlank(text);
+}
+
+bool GpbIsValueOf(const FieldDescriptor &leaf, const char *text)
+{
+    return leaf.cpp_type() == FieldDescriptor::CPPTYPE_STRING || !IsBlank(text);
 }
 
 char *GpbEmptyValueOf(const FieldDescriptor &field)

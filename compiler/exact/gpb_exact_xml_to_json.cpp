@@ -139,14 +139,14 @@ unsigned int GpbExactXmlToJson::AddContainer(xmlNode *node, const Holder &holder
 
 unsigned int GpbExactXmlToJson::AddText(xmlNode *node, const char *text, const Holder &holder)
 {
-    if (const GpbExactField *leaf = Find(node, GpbExactKind::LEAF, holder))
+    const GpbExactField *field = GpbFindForText(text, [&](GpbExactKind kind) { return Find(node, kind, holder); });
+    if (field != nullptr && field->field->type() == FieldDescriptor::TYPE_MESSAGE)
     {
-        return AddLeaf(node, *leaf, text, holder);
+        return AddObject(node, *field, holder).object == nullptr ? GPB_COMPILER_NO_JSON_ITEM : GPB_COMPILER_OK;
     }
-    const GpbExactField *container = GpbIsFormatting(text) ? Find(node, GpbExactKind::MESSAGE, holder) : nullptr;
-    if (container != nullptr)
+    if (field != nullptr)
     {
-        return AddObject(node, *container, holder).object == nullptr ? GPB_COMPILER_NO_JSON_ITEM : GPB_COMPILER_OK;
+        return AddLeaf(node, *field, text, holder);
     }
     // Only what may be a container has a line.
     if (*text != GPB_LINE_BREAK)

@@ -108,20 +108,19 @@ unsigned int GpbExactXmlWalk::WalkContainer(xmlNode *node, GpbCompilerStack &sta
 unsigned int GpbExactXmlWalk::StoreText(xmlNode *node, char *text, GpbCompilerStack &stack)
 {
     const GpbLayerScope scope(stack);
-    const GpbExactField *found = Find(node, GpbExactKind::LEAF, stack);
+    const GpbExactField *found = GpbFindForText(text, [&](GpbExactKind kind) { return Find(node, kind, stack); });
     if (found == nullptr)
     {
-        const GpbExactField *container = GpbIsFormatting(text) ? Find(node, GpbExactKind::MESSAGE, stack) : nullptr;
-        if (container != nullptr)
-        {
-            return AddContainer(node, *container, stack);
-        }
         // A container that is none of the layer's has no line of its own.
         if (*text != GPB_LINE_BREAK)
         {
             GpbReportNoXmlLeaf(compiler_.pvLibHandle, GpbXmlNodeName(node), GpbTopLayer(stack));
         }
         return GPB_COMPILER_NO_FIELD;
+    }
+    if (found->field->type() == FieldDescriptor::TYPE_MESSAGE)
+    {
+        return AddContainer(node, *found, stack);
     }
     const unsigned int result = GpbOpenExactCases(*found, stack);
     if (result != GPB_COMPILER_OK)

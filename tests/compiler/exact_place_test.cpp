@@ -281,6 +281,18 @@ TEST_F(ExactNameTest, NumberOfTheLayerBehindAName)
     expectLossless("<name4>1</name4>", "boxed { in { name4: '1' } }");
 }
 
+// Blanks are the value of a text, or what an empty container is formatted with.
+TEST_F(ExactNameTest, BlanksOfAContainerWhoseNameFitsALeafWorse)
+{
+    useModule("modes", "message Box { string x = 1; } Box mode = 1; int32 mode2 = 2; Box name2 = 3; string name = 4;"
+                       "Box flag2 = 5; bool flag = 6;");
+    expectLossless("<mode>\n</mode><name>\n</name>", "mode {} name: '\\n'");
+    expectLossless("<mode> </mode><name> </name><flag> </flag>", "mode {} name: ' ' flag: true");
+    expectLossless("<mode/><name/>", "mode {}");
+    expectLossless("<mode>\n2</mode>", "mode2: 2");
+    expectLossless("<mode><x>1</x></mode><mode>2</mode>", "mode { x: '1' } mode2: 2");
+}
+
 TEST_F(ExactNameTest, CasesThatShareAType)
 {
     useModule("shared", "oneof pick { Address source = 1; Address target = 2; } oneof other { Address third = 3; }",

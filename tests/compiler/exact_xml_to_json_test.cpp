@@ -127,6 +127,15 @@ TEST_F(ExactXmlToJsonTest, TakesAnyTextOfALeaf)
          R"("count":1}})" + noField("text") + noField("names"), "<!DOCTYPE wood [<!ENTITY e 'x'>]>");
 }
 
+TEST_F(ExactXmlToJsonTest, TakesBlanksForWhatFitsBest)
+{
+    addModule("modes", "syntax = 'proto3'; package modes; message Top { message Box { string x = 1; }"
+                       "Box mode = 1; int32 mode2 = 2; Box name2 = 3; string name = 4; }");
+    EXPECT_EQ(R"({"top":{"mode":{},"name":"\n"}})",
+              converted("modes", "<top><mode>\n</mode><name>\n</name></top>", true));
+    EXPECT_EQ(R"({"top":{"mode":2}})", converted("modes", "<top><mode>\n2</mode></top>", true));
+}
+
 TEST_F(ExactXmlToJsonTest, PassesOverWhatIsMarkedOrUnknown)
 {
     same("<box __tlmtIgnored='1'><label>a</label></box><text __tlmtIgnored='1'>x</text><count "
