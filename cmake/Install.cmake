@@ -16,6 +16,11 @@ install(DIRECTORY include/gpb_templatelib/ DESTINATION ${CMAKE_INSTALL_INCLUDEDI
 install(DIRECTORY platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/gpb_templatelib/platform
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 
+# What Debian's policy wants in each package; that of the tool also names what is compiled into it.
+set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc)
+install(FILES packaging/copyright DESTINATION ${doc_dir}/libgpb-templatelib${PROJECT_VERSION_MAJOR} COMPONENT library)
+install(FILES packaging/copyright DESTINATION ${doc_dir}/libgpb-templatelib-dev COMPONENT development)
+
 # The tool finds the libraries from where it lies.
 if(TARGET gpbtool)
     file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
@@ -23,6 +28,10 @@ if(TARGET gpbtool)
     install(TARGETS gpbtool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
     install(FILES packaging/completion/gpbtool DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         COMPONENT tool)
+    file(READ packaging/copyright copyright)
+    file(READ packaging/copyright-gpbtool contained)
+    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/package/copyright CONTENT "${copyright}${contained}" @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/package/copyright DESTINATION ${doc_dir}/gpbtool COMPONENT tool)
     # Its manual page holds what its --help says, so it has to run; a foreign one needs an emulator for that.
     if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
         find_package(Python3 REQUIRED COMPONENTS Interpreter)

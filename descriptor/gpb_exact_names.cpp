@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr char MODULE_END = ':';
+constexpr char MODULE_PART = '-'; // between the parts of a module's name
 
 bool IsMessage(const FieldDescriptor &field)
 {
@@ -200,6 +201,18 @@ const GpbExactField *GpbExactNames::Find(std::string_view name, GpbExactKind kin
     return converted == GpbNameMap::NOTHING ? nullptr : Best(entries_[converted - 1], kind, module, true);
 }
 
+// How the entry of a name fits a module.
+GpbExactNames::Match GpbExactNames::MatchOf(const Entry &entry, std::string_view module)
+{
+    if (entry.match != Match::MODULE_NAME || entry.module == module)
+    {
+        return entry.match;
+    }
+    const bool isEnd = !module.empty() && EndsWith(entry.module, module) &&
+                       entry.module[entry.module.size() - module.size() - 1] == MODULE_PART;
+    return isEnd ? Match::MODULE_END_NAME : Match::OTHER_MODULE_NAME;
+}
+
 // The best of a name's entries. A node whose name had to be converted has no field's JSON name.
 const GpbExactField *GpbExactNames::Best(const std::vector<Entry> &entries, GpbExactKind kind, std::string_view module,
                                          bool isConverted)
@@ -209,7 +222,8 @@ const GpbExactField *GpbExactNames::Best(const std::vector<Entry> &entries, GpbE
     constexpr unsigned MATCH_WEIGHT = 2;
     constexpr unsigned CASE_WEIGHT = MATCH_WEIGHT * static_cast<unsigned>(Match::NONE);
     const GpbExactField *best = nullptr;
-    unsigned least = std::numeric_limits<unsigned>::max();
+    // The length of the module's name decides between modules of one end.
+    std::pair<unsigned, size_t> least(std::numeric_limits<unsigned>::max(), 0);
     for (const Entry &entry : entries)
     {
         const bool isMessage = IsMessage(*entry.field->field);
@@ -218,10 +232,11 @@ const GpbExactField *GpbExactNames::Best(const std::vector<Entry> &entries, GpbE
         {
             continue;
         }
-        const bool isOther = entry.match == Match::MODULE_NAME && entry.module != module;
-        const auto match = static_cast<unsigned>(isOther ? Match::OTHER_MODULE_NAME : entry.match);
-        const unsigned weight =
-            match * MATCH_WEIGHT + (isMessage ? MESSAGE_WEIGHT : 0) + (entry.isCaseItself ? CASE_WEIGHT : 0);
+        const Match match = MatchOf(entry, module);
+        const std::pair<unsigned, size_t> weight(static_cast<unsigned>(match) * MATCH_WEIGHT +
+                                                     (isMessage ? MESSAGE_WEIGHT : 0) +
+                                                     (entry.isCaseItself ? CASE_WEIGHT : 0),
+                                                 match == Match::MODULE_END_NAME ? entry.module.size() : 0);
         if (weight < least)
         {
             least = weight;

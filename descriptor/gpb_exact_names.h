@@ -48,7 +48,9 @@ public:
     /// what a node stands for only when nothing else fits.
     ///
     /// @param name    the node's name, without a prefix
-    /// @param module  name of the module that the node belongs to; empty when nobody knows
+    /// @param module  name of the module that the node belongs to, or the end of it behind a dash, as it stands in the
+    ///                namespaces of many vendors: of several modules with that end, the shortest is meant; empty when
+    ///                nobody knows
     const GpbExactField *Find(std::string_view name, GpbExactKind kind, std::string_view module) const;
 
 private:
@@ -56,6 +58,7 @@ private:
     enum class Match : uint8_t
     {
         MODULE_NAME,       ///< its JSON name is the node's with the node's module before it
+        MODULE_END_NAME,   ///< the same, but of the module only the last part is known
         JSON_NAME,         ///< its JSON name is the node's
         FIELD_NAME,        ///< its name is the node's, as field names are spelt
         FIELD_NAME_LAYER,  ///< so is its name without the number of its layer
@@ -76,6 +79,7 @@ private:
 
     explicit GpbExactNames(Builder &&builder);
 
+    static Match MatchOf(const Entry &entry, std::string_view module);
     static const GpbExactField *Best(const std::vector<Entry> &entries, GpbExactKind kind, std::string_view module,
                                      bool isConverted);
 

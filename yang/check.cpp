@@ -4,9 +4,12 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
+#include <cstring>
 
+#include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_limits.h"
-#include "yang/check_lookup.h"
+#include "yang/check_navigation.h"
+#include "yang/check_places.h"
 #include "yang/check_values.h"
 #include "yang/proto_builder.h"
 #include "yang/schema_messages.h"
@@ -28,10 +31,18 @@ const std::size_t kMostModuleName = GPB_PROTO_FILE_NAME_SIZE - std::string(".pro
 class ModuleCheck
 {
 public:
-    explicit ModuleCheck(std::vector<CheckFinding> &findings) : findings_(findings) {}
+    ModuleCheck(const ProtoFile &file, const pb::FileDescriptor &descriptor, std::vector<CheckFinding> &findings)
+        : findings_(findings)
+    {
+        for (const std::unique_ptr<ProtoMessage> &message : file.messages)
+        {
+            MapFields(*message, *descriptor.FindMessageTypeByName(message->name), nodes_);
+        }
+    }
 
     void Top(const ProtoMessage &message, const pb::FileDescriptor &file)
     {
+        CheckRootName(message);
         if (message.node->nodetype == LYS_LIST)
         {
             Report(CheckKind::TopList, message.path);
@@ -43,7 +54,25 @@ public:
 private:
     void Report(CheckKind kind, const std::string &path, const std::string &detail = "")
     {
-        findings_.push_back({kind, path, detail});
+        findings_.emplace_back(kind, path, detail);
+    }
+
+    void CheckRootName(const ProtoMessage &message)
+    {
+        std::string name = message.node->name;
+        if (name.size() >= GPB_NAME_SIZE)
+        {
+            Report(CheckKind::RootName, message.path, std::to_string(name.size()) + " characters");
+            return;
+        }
+        // Room for what the conversion adds.
+        name.resize(GPB_NAME_SIZE + GPB_NAME_SIZE);
+        Gpb_util_ConverContainerName(name.data(), 1);
+        name.resize(std::strlen(name.c_str()));
+        if (name != message.name)
+        {
+            Report(CheckKind::RootName, message.path, "the library looks for " + name + ", not for " + message.name);
+        }
     }
 
     /**
@@ -55,23 +84,16 @@ private:
         const bool isCase = message.node->nodetype == LYS_CASE;
         if (!isCase)
         {
-            CheckLookups(message, type, findings_);
+            CheckPlaces(message, type, inEntry, nodes_, findings_);
         }
         CountLeaves(message);
-        if (inEntry)
-        {
-            for (const ProtoOneof &oneof : message.oneofs)
-            {
-                Report(CheckKind::CaseInList, SchemaPath(*oneof.node));
-            }
-        }
         for (const ProtoField &field : message.fields)
         {
             const bool fieldIsCase = field.oneof != kNoOneof;
             const std::string inner = fieldIsCase ? element : element + "/" + field.node->name;
             if (!fieldIsCase)
             {
-                Node(message, field, inner, inEntry, isCase);
+                Node(message, field, inner, inEntry);
             }
             if (field.message != nullptr)
             {
@@ -81,13 +103,11 @@ private:
         }
     }
 
-    void Node(const ProtoMessage &message, const ProtoField &field, const std::string &element, bool inEntry,
-              bool inCase)
+    void Node(const ProtoMessage &message, const ProtoField &field, const std::string &element, bool inEntry)
     {
-        const bool isContainer = field.node->nodetype == LYS_CONTAINER;
-        if (inCase && isContainer && (field.node->flags & LYS_PRESENCE) != 0)
+        if (field.message != nullptr && MayStandEmpty(*field.node))
         {
-            Report(CheckKind::CasePresence, field.path);
+            Report(CheckKind::EmptyElement, field.path);
         }
         if (inEntry && field.label == ProtoLabel::Repeated)
         {
@@ -114,6 +134,7 @@ private:
         }
     }
 
+    FieldNodes nodes_;
     std::vector<CheckFinding> &findings_;
 };
 
@@ -126,20 +147,21 @@ std::vector<CheckFinding> CheckModule(const ProtoFile &file, const pb::FileDescr
     std::vector<CheckFinding> findings;
     if (file.module.size() > kMostModuleName)
     {
-        findings.push_back(
-            {CheckKind::ModuleName, "/" + file.module, std::to_string(file.module.size()) + " characters"});
+        findings.emplace_back(CheckKind::ModuleName, "/" + file.module,
+                              std::to_string(file.module.size()) + " characters");
     }
     for (const LeftOutNode &node : file.leftOut)
     {
-        findings.push_back({CheckKind::LeftOut, node.path, node.reason});
+        findings.emplace_back(CheckKind::LeftOut, node.path, node.reason, CheckForms{true, true, true});
     }
-    ModuleCheck check(findings);
+    ModuleCheck check(file, descriptor, findings);
     for (const std::unique_ptr<ProtoMessage> &message : file.messages)
     {
         check.Top(*message, descriptor);
     }
     std::stable_sort(findings.begin(), findings.end(),
-                     [](const CheckFinding &a, const CheckFinding &b) { return a.kind < b.kind; });
+                     [](const CheckFinding &a, const CheckFinding &b)
+                     { return a.kind != b.kind ? a.kind < b.kind : a.IsKept() && !b.IsKept(); });
     return findings;
 }
 

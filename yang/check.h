@@ -3,6 +3,7 @@
 #define GPB_YANG_CHECK_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "yang/proto_model.h"
@@ -19,6 +20,7 @@ namespace gpbyang
 enum class CheckKind
 {
     ModuleName,
+    RootName,
     LeftOut,
     LongName,
     DottedName,
@@ -26,7 +28,7 @@ enum class CheckKind
     DepthName,
     SharedName,
     CaseInList,
-    CasePresence,
+    BehindEmpty,
     UnionEmpty,
     JsonLeafList,
 
@@ -34,6 +36,8 @@ enum class CheckKind
     TextEnum,
     Decimal,
     EmptyText,
+    EmptyElement,
+    LineBreak,
     ValuePrefix,
     JsonNumber,
     JsonEmpty,
@@ -51,18 +55,43 @@ enum class CheckKind
 struct CheckKindInfo
 {
     CheckKind kind;
-    bool loss;        /**< whether encoding a valid document can lose or misplace data */
-    const char *name; /**< "case-in-list" */
-    const char *text; /**< what the library does, in a sentence or two */
+    bool loss;            /**< whether encoding a valid document can lose or misplace data */
+    bool kept;            /**< whether nothing of it is lost with the lossless setting */
+    const char *name;     /**< "case-in-list" */
+    const char *text;     /**< what the library does, in a sentence or two */
+    const char *lossless; /**< what it does with the lossless setting, where that differs and is no better; else null */
 };
 
 const CheckKindInfo &InfoOf(CheckKind kind);
 
+/** Where a node is lost. */
+struct CheckForms
+{
+    bool xml = true;
+    bool json = true;
+    bool refusedJson = false; /**< JSON that has the node is refused as a whole */
+    bool refusedXml = false;  /**< XML may be, too */
+};
+
 struct CheckFinding
 {
+    explicit CheckFinding(CheckKind theKind, std::string thePath, std::string theDetail = "", CheckForms theForms = {})
+        : kind(theKind), path(std::move(thePath)), detail(std::move(theDetail)), forms(theForms)
+    {
+        if (!InfoOf(theKind).kept)
+        {
+            lossless = CheckForms();
+        }
+    }
+
+    /** Whether nothing of it is lost with the lossless setting. */
+    bool IsKept() const { return !lossless.xml && !lossless.json; }
+
     CheckKind kind;
-    std::string path;   /**< schema path of the node */
-    std::string detail; /**< what is particular about it; may be empty */
+    std::string path;                            /**< schema path of the node; what is below it shares its fate */
+    std::string detail;                          /**< what is particular about it; may be empty */
+    CheckForms forms;                            /**< for kinds with a loss */
+    CheckForms lossless = {false, false, false}; /**< the same with the lossless setting */
 };
 
 /**

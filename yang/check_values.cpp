@@ -32,13 +32,6 @@ bool Has(const lysc_type &type, Base... bases)
     return ((type.basetype == bases) || ...);
 }
 
-/** Whether an element without content is a value of the leaf, and one that says more than its absence. */
-bool MayBeEmptyText(const lysc_node &leaf, const lysc_type &type)
-{
-    const bool isText = !Has(type, LY_TYPE_EMPTY, LY_TYPE_BITS, LY_TYPE_BOOL);
-    return isText && lyd_value_validate(leaf.module->ctx, &leaf, "", 0, nullptr, nullptr, nullptr) == LY_SUCCESS;
-}
-
 bool HasTooManyDigits(const lysc_type &type)
 {
     const lysc_range *range = reinterpret_cast<const lysc_type_dec &>(type).range;
@@ -68,20 +61,37 @@ std::string FirstEscaped(const ProtoMessage &message, const ProtoField &field)
 
 } // namespace
 
+bool MayBeText(const lysc_node &leaf, const std::string &text)
+{
+    return lyd_value_validate(leaf.module->ctx, &leaf, text.c_str(), text.size(), nullptr, nullptr, nullptr) !=
+           LY_EVALID;
+}
+
+bool MayBeginWithLineBreak(const lysc_node &leaf)
+{
+    // Numbers may have one before them, too, but no document of a device does.
+    return Has(*LeafType(leaf), LY_TYPE_STRING, LY_TYPE_BINARY) && (MayBeText(leaf, "\n") || MayBeText(leaf, "\na"));
+}
+
+bool MayStandEmpty(const lysc_node &node)
+{
+    return node.nodetype == LYS_NOTIF || (node.nodetype == LYS_CONTAINER && (node.flags & LYS_PRESENCE) != 0) ||
+           (node.nodetype == LYS_LIST && (node.flags & LYS_KEYLESS) != 0);
+}
+
 void CheckValues(const ProtoMessage &message, const ProtoField &field, std::vector<CheckFinding> &findings)
 {
     const lysc_type &type = *LeafType(*field.node);
-    const auto report = [&](CheckKind kind, const std::string &detail = "") {
-        findings.push_back({kind, field.path, detail});
-    };
+    const auto report = [&](CheckKind kind, const std::string &detail = "")
+    { findings.emplace_back(kind, field.path, detail); };
 
     if (type.basetype == LY_TYPE_UNION && field.type != "bool" && Has(type, LY_TYPE_EMPTY))
     {
-        report(CheckKind::UnionEmpty);
+        findings.emplace_back(CheckKind::UnionEmpty, field.path, "", CheckForms{true, false, false});
     }
     if (field.node->nodetype == LYS_LEAFLIST && !field.isEnum)
     {
-        report(CheckKind::JsonLeafList);
+        findings.emplace_back(CheckKind::JsonLeafList, field.path, "", CheckForms{false, true, false});
     }
     const std::string noEnum = NoEnumReason(*field.node);
     if (!noEnum.empty())
@@ -92,9 +102,14 @@ void CheckValues(const ProtoMessage &message, const ProtoField &field, std::vect
     {
         report(CheckKind::Decimal);
     }
-    if (MayBeEmptyText(*field.node, type))
+    // Bits of which none is set say no more than that they are there.
+    if (!Has(type, LY_TYPE_EMPTY, LY_TYPE_BITS) && MayBeText(*field.node, ""))
     {
         report(CheckKind::EmptyText);
+    }
+    if (MayBeginWithLineBreak(*field.node))
+    {
+        report(CheckKind::LineBreak);
     }
     if (Has(type, LY_TYPE_IDENT, LY_TYPE_INST))
     {
@@ -104,7 +119,7 @@ void CheckValues(const ProtoMessage &message, const ProtoField &field, std::vect
     {
         report(CheckKind::JsonNumber);
     }
-    if (type.basetype == LY_TYPE_EMPTY)
+    if (Has(type, LY_TYPE_EMPTY))
     {
         report(CheckKind::JsonEmpty);
     }

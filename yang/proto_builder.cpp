@@ -8,6 +8,7 @@
 #include <set>
 
 #include "gpb_templatelib/gpb_limits.h"
+#include "yang/json_names.h"
 #include "yang/proto_names.h"
 #include "yang/schema.h"
 #include "yang/yang_error.h"
@@ -89,6 +90,7 @@ private:
                 auto message = std::make_unique<ProtoMessage>();
                 message->name = scope.AddUnique(TopMessageName(node->name), "_", 1);
                 Fill(*node, *message);
+                SetJsonNames(*message);
                 file_.messages.push_back(std::move(message));
             }
             else if (IsLeaf(*node))
@@ -268,12 +270,6 @@ private:
         }
         const bool repeated = field.node->nodetype == LYS_LEAFLIST || (field.isEnum && IsBitsEnum(*field.node));
         field.label = repeated ? ProtoLabel::Repeated : ProtoLabel::Optional;
-        std::string restored = field.name;
-        for (char &c : restored)
-        {
-            c = c == '_' ? '-' : c;
-        }
-        field.jsonName = restored != field.node->name ? field.node->name : "";
     }
 
     /** Enum values are names of the message around them: the enum's name is chosen so that all of them are new. */

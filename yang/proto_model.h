@@ -59,7 +59,7 @@ struct ProtoField
     const ProtoMessage *message = nullptr; /**< null for a value */
     bool isEnum = false;
     int oneof = kNoOneof; /**< index of the oneof that a case belongs to */
-    std::string jsonName; /**< where it cannot be made from the name; else empty */
+    std::string jsonName; /**< where the name does not tell the node (json_names.h); else empty */
     std::int32_t number = 0;
 };
 

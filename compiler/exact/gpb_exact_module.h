@@ -17,6 +17,14 @@ inline std::string GpbModuleOf(const google::protobuf::FileDescriptor &file)
     return name.substr(0, name.rfind(".proto"));
 }
 
+/// The module that a namespace stands for: what it ends with. Published modules name theirs so (RFC 6020 section 14),
+/// and vendors with addresses of the web do, too.
+inline std::string_view GpbModuleOfNamespace(std::string_view space)
+{
+    const size_t separator = space.find_last_of(":/");
+    return separator == std::string_view::npos ? space : space.substr(separator + 1);
+}
+
 /// A node's name and the module in front of it.
 struct GpbQualifiedName
 {

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "compiler/exact/gpb_exact_module.h"
+
 using google::protobuf::FieldDescriptor;
 
 namespace
@@ -62,9 +64,7 @@ GpbXmlNodeKind GpbReadExactContent(xmlNode *node, char *&text, std::string &join
 
 std::string_view GpbExactModuleOf(const xmlNs *space)
 {
-    const std::string_view name = TextOf(space == nullptr ? nullptr : space->href);
-    const size_t separator = name.find_last_of(":/");
-    return separator == std::string_view::npos ? name : name.substr(separator + 1);
+    return GpbModuleOfNamespace(TextOf(space == nullptr ? nullptr : space->href));
 }
 
 bool GpbIsFormatting(const char *text)

@@ -15,8 +15,7 @@
 /// @param joined  empty; keeps the pieces
 GpbXmlNodeKind GpbReadExactContent(xmlNode *node, char *&text, std::string &joined);
 
-/// The module that a namespace stands for: what it ends with. Published modules name theirs so (RFC 6020 section 14),
-/// and vendors with addresses of the web do, too. Empty for none.
+/// The module that a namespace stands for. Empty for none.
 std::string_view GpbExactModuleOf(const xmlNs *space);
 
 /// The text of a container that is only formatted begins so.

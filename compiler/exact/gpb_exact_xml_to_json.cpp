@@ -208,12 +208,11 @@ const GpbExactField *GpbExactXmlToJson::Find(xmlNode *node, GpbExactKind kind, c
 bool GpbExactXmlToJson::QualifyNew(const cJSON *last, xmlNode *node, const GpbExactField &field, const Holder &holder)
 {
     cJSON *added = LastMember(holder.object);
-    const GpbExactKind kind =
-        field.field->type() == FieldDescriptor::TYPE_MESSAGE ? GpbExactKind::MESSAGE : GpbExactKind::LEAF;
     const std::string_view name = GpbXmlNodeName(node);
     const std::string_view module = GpbExactModuleOf(node->ns);
+    // Of a leaf and a container that share the name, one has to say its module: an object holds a name once.
     if (added == last || module == holder.module ||
-        tables_.TableOf(holder.type, holder.layer).Find(name, kind, holder.module) == &field)
+        tables_.TableOf(holder.type, holder.layer).Find(name, GpbExactKind::ANY, holder.module) == &field)
     {
         return true;
     }
@@ -221,6 +220,11 @@ bool GpbExactXmlToJson::QualifyNew(const cJSON *last, xmlNode *node, const GpbEx
     const GpbQualifiedName own = GpbSplitName(qualified, name);
     if (own.name != name || own.name.size() == qualified.size())
     {
+        // Nobody knows the module of an element without a namespace.
+        if (module.empty())
+        {
+            return true;
+        }
         qualified = std::string(module) + GPB_MODULE_NAME_END + std::string(name);
     }
     GpbJsonItem item(cJSON_DetachItemViaPointer(holder.object, added));

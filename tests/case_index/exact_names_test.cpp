@@ -219,6 +219,24 @@ TEST_F(ExactNames, ModulesTellNamesakesApart)
     EXPECT_EQ(Leaf("only", "n"), "only2");
 }
 
+TEST_F(ExactNames, TheEndOfAModulesNameTellsNamesakesApart)
+{
+    Use(R"(string tag = 1 [json_name = "example-bgp-filter:tag"]; string tag2 = 2 [json_name = "example-filter:tag"];
+        string tag3 = 3 [json_name = "filter:tag"]; string tag4 = 4 [json_name = "example-ports:tag"];
+        string other = 5 [json_name = "tag"];)");
+    EXPECT_EQ(Leaf("tag", "bgp-filter"), "tag");
+    EXPECT_EQ(Leaf("tag", "ports"), "tag4");
+    EXPECT_EQ(Leaf("tag", "filter"), "tag3");
+    EXPECT_EQ(Leaf("tag", "example-filter"), "tag2");
+    // Part of a word, or nothing, is no end.
+    EXPECT_EQ(Leaf("tag", "orts"), "other");
+    EXPECT_EQ(Leaf("tag", "example-ports-filter"), "other");
+    EXPECT_EQ(Leaf("tag", "-ports"), "other");
+    EXPECT_EQ(Leaf("tag", ""), "other");
+    Use(R"(string tag = 1 [json_name = "example-bgp-filter:tag"]; string tag2 = 2 [json_name = "example-filter:tag"];)");
+    EXPECT_EQ(Leaf("tag", "filter"), "tag2");
+}
+
 TEST_F(ExactNames, ALeafBeforeAMessageThatFitsAlike)
 {
     Use("Box dual = 1; oneof choice { A a = 2; } Box exact = 3 [json_name = 'both'];",

@@ -6,7 +6,7 @@ sed -e "s|@bindir@|$bindir|; s|@includedir@|$includedir|; s|@libdir@|$libdir|; s
     -e "s|@datadir@|$datadir|; s|@mandir@|$mandir|; s|@soversion@|$soversion|; s|@version@|$version|" \
     "$source_dir/packaging/installed-files.txt" >"$dir/listed"
 if [ "$with_tool" != ON ]; then
-    sed -i "\|/gpbtool\(\.1\.gz\)\?\$|d" "$dir/listed"
+    sed -i "\|/gpbtool\(\.1\.gz\)\?\$|d; \|/gpbtool/|d" "$dir/listed"
 fi
 (cd "$prefix" && find . ! -type d -printf '%P\n') >"$dir/found"
 

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "support/message_values.h"
 #include "yang/proto_builder.h"
 #include "yang/proto_names.h"
 #include "yang/proto_types.h"
@@ -102,26 +103,6 @@ std::vector<std::string> expectedTexts(const lyd_node &node, const pb::FieldDesc
 
 } // namespace
 
-std::size_t countValues(const pb::Message &message)
-{
-    const pb::Reflection &reflection = *message.GetReflection();
-    std::vector<const pb::FieldDescriptor *> fields;
-    reflection.ListFields(message, &fields);
-    std::size_t count = 0;
-    for (const pb::FieldDescriptor *field : fields)
-    {
-        const int size = field->is_repeated() ? reflection.FieldSize(message, field) : 1;
-        for (int i = 0; i < size; ++i)
-        {
-            const bool isMessage = field->cpp_type() == pb::FieldDescriptor::CPPTYPE_MESSAGE;
-            count += !isMessage             ? 1
-                     : field->is_repeated() ? countValues(reflection.GetRepeatedMessage(message, field, i))
-                                            : countValues(reflection.GetMessage(message, field));
-        }
-    }
-    return count;
-}
-
 std::size_t countLeaves(const lyd_node &node)
 {
     if ((node.flags & LYD_DEFAULT) != 0)
@@ -140,6 +121,18 @@ std::size_t countLeaves(const lyd_node &node)
         count += countLeaves(*child);
     }
     return count;
+}
+
+Difference differenceOf(const lyd_node &node, const std::string &text)
+{
+    const char *value = lyd_get_value(&node);
+    return {gpbyang::SchemaPath(*node.schema), std::string(node.schema->name) + " " + text,
+            value != nullptr ? value : "", node.schema->nodetype == LYS_LEAFLIST};
+}
+
+bool isSameValue(const lysc_node &schema, const std::string &a, const std::string &b)
+{
+    return hasPrefixes(schema) ? withoutPrefixes(a) == withoutPrefixes(b) : a == b;
 }
 
 void DataMatch::compare(const lyd_node &top, const Message &message)
@@ -165,7 +158,7 @@ void DataMatch::compare(const lyd_node &top, const Message &message)
 
 void DataMatch::report(const lyd_node &node, const std::string &text)
 {
-    m_differences.push_back({gpbyang::SchemaPath(*node.schema), std::string(node.schema->name) + " " + text});
+    m_differences.push_back(differenceOf(node, text));
 }
 
 void DataMatch::missing(const lyd_node &node)
@@ -181,8 +174,8 @@ void DataMatch::children(const lyd_node &parent, const gpbyang::ProtoMessage &ty
     std::map<const gpbyang::ProtoField *, int> seen;
     for (const lyd_node *node = lyd_child(&parent); node != nullptr; node = node->next)
     {
-        // libyang adds what the document does not say.
-        if ((node->flags & LYD_DEFAULT) != 0)
+        // libyang adds what the document does not say, and bits of which none is set say nothing.
+        if ((node->flags & LYD_DEFAULT) != 0 || (gpbyang::IsBitsEnum(*node->schema) && *lyd_get_value(node) == '\0'))
         {
             continue;
         }
@@ -254,9 +247,7 @@ void DataMatch::leaf(const lyd_node &node, const Place &place, int index)
     for (std::size_t i = 0; i < expected.size(); ++i)
     {
         const std::string value = valueText(*place.message, field, isBits ? static_cast<int>(i) : index);
-        const bool same =
-            hasPrefixes(*node.schema) ? withoutPrefixes(value) == withoutPrefixes(expected[i]) : value == expected[i];
-        if (!same)
+        if (!isSameValue(*node.schema, value, expected[i]))
         {
             ++m_lost;
             report(node, "is \"" + value + "\", not \"" + expected[i] + "\"");

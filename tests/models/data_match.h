@@ -9,6 +9,7 @@
 #include "yang/proto_model.h"
 
 struct lyd_node;
+struct lysc_node;
 
 namespace google::protobuf
 {
@@ -24,7 +25,15 @@ struct Difference
 {
     std::string path; /**< schema path */
     std::string text;
+    std::string value;   /**< of a leaf; else empty */
+    bool isList = false; /**< a value of a leaf-list, where one that is lost moves the others */
 };
+
+/** A difference at a node, "name text". */
+Difference differenceOf(const lyd_node &node, const std::string &text);
+
+/** Whether two texts are one value of a leaf: prefixes of names in it may differ. */
+bool isSameValue(const lysc_node &schema, const std::string &a, const std::string &b);
 
 class DataMatch
 {
@@ -63,9 +72,6 @@ private:
     std::size_t m_lost = 0;
     std::vector<Difference> m_differences;
 };
-
-/** Number of values in a message and all messages in it. */
-std::size_t countValues(const google::protobuf::Message &message);
 
 /** Number of values that a document has in a node and below it, as DataMatch counts them. */
 std::size_t countLeaves(const lyd_node &node);

@@ -32,9 +32,9 @@ std::string print(const lyd_node &top, LYD_FORMAT format)
 }
 
 /** Both trees have the same nodes in the same order. */
-void fillEmptyContainers(const lyd_node &data, xmlNode &element)
+void fillEmptyElements(const lyd_node &data, xmlNode &element)
 {
-    if (element.children == nullptr && data.schema->nodetype == LYS_CONTAINER)
+    if (element.children == nullptr && (data.schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0)
     {
         xmlNodeAddContent(&element, reinterpret_cast<const xmlChar *>("\n"));
         return;
@@ -42,7 +42,7 @@ void fillEmptyContainers(const lyd_node &data, xmlNode &element)
     xmlNode *child = xmlFirstElementChild(&element);
     for (const lyd_node *node = lyd_child(&data); node != nullptr && child != nullptr; node = node->next)
     {
-        fillEmptyContainers(*node, *child);
+        fillEmptyElements(*node, *child);
         child = xmlNextElementSibling(child);
     }
 }
@@ -66,41 +66,11 @@ void adapt(cJSON &item)
     }
 }
 
-} // namespace
-
-void DataDeleter::operator()(lyd_node *data) const
-{
-    lyd_free_all(data);
-}
-
-std::string toXml(const lyd_node &top)
-{
-    const XmlDocumentPointer document = parseXml(print(top, LYD_XML));
-    if (document == nullptr)
-    {
-        return "";
-    }
-    fillEmptyContainers(top, *xmlDocGetRootElement(document.get()));
-    const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), &xmlBufferFree);
-    xmlNodeDump(buffer.get(), document.get(), xmlDocGetRootElement(document.get()), 0, 0);
-    return reinterpret_cast<const char *>(xmlBufferContent(buffer.get()));
-}
-
-Json toJson(const lyd_node &top)
-{
-    Json json(cJSON_Parse(print(top, LYD_JSON).c_str()));
-    if (json != nullptr)
-    {
-        adapt(*json);
-    }
-    return json;
-}
-
-Encoded encodeXml(GpbLibContext *context, const std::string &module, const std::string &xml)
+/** What a compiler, which is destroyed, makes of an XML document. */
+Encoded runCompiler(GpbXmlCompilerBase *compiler, const std::string &xml)
 {
     Encoded encoded;
     const XmlDocumentPointer document = parseXml(xml);
-    GpbXmlCompilerBase *compiler = GpbXmlCompiler_CreateCompiler(context, module.c_str());
     if (document != nullptr && compiler != nullptr)
     {
         unsigned int length = 0;
@@ -110,6 +80,67 @@ Encoded encodeXml(GpbLibContext *context, const std::string &module, const std::
     }
     GpbXmlCompiler_Destory(compiler);
     return encoded;
+}
+
+} // namespace
+
+void DataDeleter::operator()(lyd_node *data) const
+{
+    lyd_free_all(data);
+}
+
+std::string toXml(const lyd_node &top)
+{
+    return print(top, LYD_XML);
+}
+
+std::string toXmlWithLineFeeds(const lyd_node &top)
+{
+    const XmlDocumentPointer document = parseXml(print(top, LYD_XML));
+    if (document == nullptr)
+    {
+        return "";
+    }
+    fillEmptyElements(top, *xmlDocGetRootElement(document.get()));
+    const std::unique_ptr<xmlBuffer, decltype(&xmlBufferFree)> buffer(xmlBufferCreate(), &xmlBufferFree);
+    xmlNodeDump(buffer.get(), document.get(), xmlDocGetRootElement(document.get()), 0, 0);
+    return reinterpret_cast<const char *>(xmlBufferContent(buffer.get()));
+}
+
+Json toJson(const lyd_node &top)
+{
+    Json json(cJSON_Parse(print(top, LYD_JSON).c_str()));
+    cJSON *list = json != nullptr ? json->child : nullptr;
+    if (cJSON_IsArray(list) != 0)
+    {
+        // A document has one root: the entry of a top-level list stands for the list.
+        const std::string name = list->string;
+        cJSON *entry = cJSON_DetachItemFromArray(list, 0);
+        cJSON_DeleteItemFromObjectCaseSensitive(json.get(), name.c_str());
+        cJSON_AddItemToObject(json.get(), name.c_str(), entry);
+    }
+    return json;
+}
+
+Json toJsonWithoutPrefixes(const lyd_node &top)
+{
+    Json json = toJson(top);
+    if (json != nullptr)
+    {
+        adapt(*json);
+    }
+    return json;
+}
+
+Encoded encodeXml(GpbLibContext *context, const std::string &module, const std::string &xml)
+{
+    return runCompiler(GpbXmlCompiler_CreateCompiler(context, module.c_str()), xml);
+}
+
+Json convertXml(GpbLibContext *context, const std::string &module, const std::string &xml)
+{
+    return Json(
+        cJSON_Parse(runCompiler(GpbXmlCompiler_CreateJsonCompiler(context, module.c_str(), 0), xml).bytes.c_str()));
 }
 
 Encoded encodeJson(GpbLibContext *context, const std::string &module, cJSON &document)

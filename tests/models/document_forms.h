@@ -26,11 +26,17 @@ struct JsonDeleter
 };
 using Json = std::unique_ptr<cJSON, JsonDeleter>;
 
-/** A top-level node without added defaults as XML, in which an empty container has a line feed. */
+/** A top-level node without added defaults, as libyang prints it. */
 std::string toXml(const lyd_node &top);
 
-/** A top-level node as JSON without prefixes in names, and with null for empty leaves. Null when libyang fails. */
+/** The same with a line feed in each empty container and list entry, which tells them from empty leaves. */
+std::string toXmlWithLineFeeds(const lyd_node &top);
+
+/** A top-level container or entry without added defaults, as libyang prints it. Null when it fails. */
 Json toJson(const lyd_node &top);
+
+/** The same without prefixes in names, and with null for empty leaves. */
+Json toJsonWithoutPrefixes(const lyd_node &top);
 
 /** What a compiler makes of a document; `made` is false when it makes nothing. */
 struct Encoded
@@ -41,6 +47,9 @@ struct Encoded
 
 Encoded encodeXml(GpbLibContext *context, const std::string &module, const std::string &xml);
 Encoded encodeJson(GpbLibContext *context, const std::string &module, cJSON &document);
+
+/** The JSON document that the library makes of an XML one; null when it makes none. */
+Json convertXml(GpbLibContext *context, const std::string &module, const std::string &xml);
 
 } // namespace gpbtest
 

@@ -324,6 +324,27 @@ bool takeOut(Data &tree, const std::string &path)
     return tree != nullptr;
 }
 
+/** What libyang reads of its own print; null when it refuses that, such as a year that got five digits. */
+Data readAgain(const Data &tree)
+{
+    std::string text;
+    for (const lyd_node *top = tree.get(); top != nullptr; top = top->next)
+    {
+        text += toXml(*top);
+    }
+    lyd_node *read = nullptr;
+    const LY_ERR valid = text.empty() ? LY_EINVAL
+                                      : lyd_parse_data_mem(LYD_CTX(tree.get()), text.c_str(), LYD_XML, LYD_PARSE_STRICT,
+                                                           LYD_VALIDATE_PRESENT, &read);
+    Data again(read);
+    if (valid != LY_SUCCESS)
+    {
+        return nullptr;
+    }
+    dropAdded(again);
+    return again;
+}
+
 } // namespace
 
 Data makeInstance(const lysc_node &top, std::uint64_t seed, std::size_t leaves)
@@ -346,7 +367,7 @@ Data makeInstance(const lysc_node &top, std::uint64_t seed, std::size_t leaves)
         if (result == LY_SUCCESS)
         {
             dropAdded(tree);
-            return tree;
+            return readAgain(tree);
         }
         if (tree == nullptr || !takeOut(tree, pathOfError(*context)))
         {

@@ -16,7 +16,8 @@ namespace gpbtest
  * about `leaves` values are there. Other modules of the schema get data too, which references may lead to. What libyang
  * finds wrong, such as a missing reference or an unmet condition, is taken out again until all of it is valid.
  *
- * @return the validated data of all modules, without what libyang adds; null when nothing valid is left
+ * @return the data of all modules as libyang reads and validates its own print of them, without what it adds; null when
+ *         nothing valid is left
  */
 Data makeInstance(const lysc_node &top, std::uint64_t seed, std::size_t leaves);
 

@@ -5,11 +5,13 @@
 #include <libyang/libyang.h>
 
 #include <fstream>
-#include <set>
 #include <stdexcept>
 
+#include "gpb_templatelib/gpb_extension.h"
 #include "models/document_forms.h"
+#include "models/excuses.h"
 #include "models/instance_maker.h"
+#include "models/json_match.h"
 #include "yang/number_lock.h"
 #include "yang/proto_builder.h"
 #include "yang/proto_writer.h"
@@ -40,22 +42,17 @@ public:
         {
             throw std::runtime_error(m_file.module + ".proto is refused by protobuf");
         }
-        for (const gpbyang::CheckFinding &finding : gpbyang::CheckModule(m_file, *m_descriptor))
-        {
-            if (gpbyang::InfoOf(finding.kind).loss)
-            {
-                m_losses.push_back(finding);
-            }
-        }
-        for (const auto &message : m_file.messages)
-        {
-            collectMessages(*message);
-        }
+        m_findings = gpbyang::CheckModule(m_file, *m_descriptor);
     }
 
     RunResult run(const RunOptions &options)
     {
-        m_result.losses = m_losses.size();
+        for (const gpbyang::CheckFinding &finding : m_findings)
+        {
+            const bool isLoss = gpbyang::InfoOf(finding.kind).loss;
+            m_result.usual.losses += isLoss ? 1 : 0;
+            m_result.lossless.losses += isLoss && !finding.IsKept() ? 1 : 0;
+        }
         std::uint64_t seed = options.seed;
         for (const auto &message : m_file.messages)
         {
@@ -74,18 +71,6 @@ public:
     }
 
 private:
-    void collectMessages(const gpbyang::ProtoMessage &message)
-    {
-        if (message.node->nodetype != LYS_CASE)
-        {
-            m_holders.insert(message.path);
-        }
-        for (const auto &nested : message.messages)
-        {
-            collectMessages(*nested);
-        }
-    }
-
     /** The top-level node of a message among the data of all modules; null when it is not there. */
     static const lyd_node *topOf(const lyd_node *data, const gpbyang::ProtoMessage &message)
     {
@@ -103,82 +88,68 @@ private:
         {
             return;
         }
-        // What libyang prints is read again, so that what is encoded has been validated as it stands.
-        std::string all;
-        for (const lyd_node *other = data; other != nullptr; other = other->next)
-        {
-            all += toXml(*other);
-        }
-        lyd_node *read = nullptr;
-        const LY_ERR valid = lyd_parse_data_mem(top->schema->module->ctx, all.c_str(), LYD_XML, LYD_PARSE_STRICT,
-                                                LYD_VALIDATE_PRESENT, &read);
-        const Data again(read);
-        if (valid != LY_SUCCESS || topOf(read, message) == nullptr)
-        {
-            m_result.xml.unexplained.push_back(message.path + ": libyang refuses the document that it printed");
-            return;
-        }
         ++m_result.documents;
-        const lyd_node &validated = *topOf(read, message);
-        judge(validated, message, encodeXml(m_context, m_file.module, toXml(*top)), m_result.xml, "XML");
+        const Json plain = toJsonWithoutPrefixes(*top);
+        carry(*top, message, toXmlWithLineFeeds(*top), plain.get(), Setting::Usual, m_result.usual);
         const Json json = toJson(*top);
-        judge(validated, message, json != nullptr ? encodeJson(m_context, m_file.module, *json) : Encoded(),
-              m_result.json, "JSON");
+        carry(*top, message, toXml(*top), json.get(), Setting::Lossless, m_result.lossless);
     }
 
-    void judge(const lyd_node &top, const gpbyang::ProtoMessage &message, const Encoded &encoded, FormResult &result,
-               const std::string &form)
+    void carry(const lyd_node &top, const gpbyang::ProtoMessage &message, const std::string &xml, cJSON *json,
+               Setting setting, SettingResult &result)
+    {
+        GPBEXT_SetLossless(m_context, setting == Setting::Lossless ? 1 : 0);
+        judge(top, message, encodeXml(m_context, m_file.module, xml), Excuses(m_findings, setting, Form::FromXml),
+              result.xml);
+        judge(top, message, json != nullptr ? encodeJson(m_context, m_file.module, *json) : Encoded(),
+              Excuses(m_findings, setting, Form::FromJson), result.json);
+        judgeJson(top, convertXml(m_context, m_file.module, xml).get(), Excuses(m_findings, setting, Form::XmlToJson),
+                  result.toJson);
+    }
+
+    void judgeJson(const lyd_node &top, const cJSON *document, const Excuses &excuses, FormResult &result)
+    {
+        JsonMatch match(m_file);
+        match.compare(top, document != nullptr ? *document : cJSON());
+        add(match, excuses, result);
+    }
+
+    void judge(const lyd_node &top, const gpbyang::ProtoMessage &message, const Encoded &encoded,
+               const Excuses &excuses, FormResult &result)
     {
         const std::unique_ptr<pb::Message> read(
             m_factory.GetPrototype(m_descriptor->FindMessageTypeByName(message.name))->New());
         if (!encoded.made || !read->ParseFromString(encoded.bytes))
         {
-            // A name that is not found makes JSON fail as a whole.
             const std::size_t leaves = countLeaves(top);
             result.leaves += leaves;
-            result.lost += leaves;
-            if (m_losses.empty())
+            if (excuses.explainRefusal(top))
             {
-                result.unexplained.push_back(message.path + ": no message from " + form);
+                result.lost += leaves;
+            }
+            else
+            {
+                result.unexplained.push_back(message.path + ": no message from " + excuses.name());
             }
             return;
         }
         DataMatch match(m_file);
         match.compare(top, *read);
+        add(match, excuses, result);
+    }
+
+    template <typename Match>
+    static void add(const Match &match, const Excuses &excuses, FormResult &result)
+    {
         result.leaves += match.leaves();
         result.lost += match.lost();
         for (const Difference &difference : match.differences())
         {
-            if (!isExplained(difference.path))
+            if (!excuses.explain(difference))
             {
-                result.unexplained.push_back(difference.path + ": " + difference.text + ", from " + form);
+                result.unexplained.push_back(difference.path + ": " + difference.text + ", from " + excuses.name());
             }
         }
-    }
-
-    static bool isBelow(const std::string &path, const std::string &above)
-    {
-        return path.compare(0, above.size(), above) == 0 && (path.size() == above.size() || path[above.size()] == '/');
-    }
-
-    /** What goes astray can be any node beside or below the one that the check names. */
-    bool isExplained(const std::string &path) const
-    {
-        for (const gpbyang::CheckFinding &finding : m_losses)
-        {
-            std::string holder = finding.path;
-            const bool alone =
-                finding.kind == gpbyang::CheckKind::JsonLeafList || finding.kind == gpbyang::CheckKind::UnionEmpty;
-            while (!alone && m_holders.count(holder) == 0 && holder.rfind('/') > 0)
-            {
-                holder.resize(holder.rfind('/'));
-            }
-            if (isBelow(path, holder))
-            {
-                return true;
-            }
-        }
-        return false;
     }
 
     GpbLibContext *m_context;
@@ -187,8 +158,7 @@ private:
     pb::compiler::Importer m_importer;
     pb::DynamicMessageFactory m_factory;
     const pb::FileDescriptor *m_descriptor = nullptr;
-    std::vector<gpbyang::CheckFinding> m_losses;
-    std::set<std::string> m_holders; /**< paths of containers, lists and notifications */
+    std::vector<gpbyang::CheckFinding> m_findings;
     RunResult m_result;
 };
 

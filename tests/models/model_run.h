@@ -21,7 +21,7 @@ struct RunOptions
     std::uint64_t seed = 1;
 };
 
-/** What became of the documents of one form. */
+/** What became of the documents in one form with one setting. */
 struct FormResult
 {
     std::size_t leaves = 0;
@@ -29,16 +29,25 @@ struct FormResult
     std::vector<std::string> unexplained;
 };
 
-struct RunResult
+/** What became of the documents with one setting, and what the check says about it. */
+struct SettingResult
 {
-    std::size_t documents = 0;
     std::size_t losses = 0; /**< nodes that the check names */
     FormResult xml;
     FormResult json;
+    FormResult toJson; /**< from XML */
+};
+
+struct RunResult
+{
+    std::size_t documents = 0;
+    SettingResult usual;
+    SettingResult lossless;
 };
 
 /**
- * Makes the module's .proto file in a directory of the context's search path, and carries documents through it.
+ * Makes the module's .proto file in a directory of the context's search path, and carries documents through it, with
+ * the context's lossless setting off and on.
  *
  * @throws YangError when the module has no data
  */

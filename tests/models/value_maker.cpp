@@ -15,6 +15,7 @@ namespace
 constexpr int kTries = 40;
 constexpr std::uint64_t kUsualLength = 12;
 constexpr unsigned int kBitChance = 40;
+constexpr unsigned int kRareChance = 4;
 
 /** Texts of well-known types, for patterns that are beyond the sampler. */
 const std::vector<std::string> kKnownTexts = {"2001:db8::1",
@@ -95,10 +96,29 @@ void collectDerived(const lysc_ident &base, std::vector<const lysc_ident *> &der
 
 } // namespace
 
+/** Nothing, or a text that begins with a line break: what an element without a leaf has, too. */
+std::optional<MadeValue> ValueMaker::rareText(const lysc_node &leaf, const lysc_type &type)
+{
+    const std::string text = m_random.percent(50) ? "" : "\n" + std::string(1 + m_random.sizeBelow(3), 'a');
+    const bool isText = type.basetype == LY_TYPE_STRING || type.basetype == LY_TYPE_BITS ||
+                        type.basetype == LY_TYPE_BINARY || type.basetype == LY_TYPE_UNION;
+    const bool isMade = m_random.percent(kRareChance) && isText && (text.empty() || type.basetype == LY_TYPE_STRING);
+    if (!isMade || !accepts(leaf, text))
+    {
+        return std::nullopt;
+    }
+    m_made[leaf.name].push_back({text});
+    return MadeValue{text};
+}
+
 std::optional<MadeValue> ValueMaker::make(const lysc_node &leaf)
 {
     const lysc_type &type = leaf.nodetype == LYS_LEAF ? *reinterpret_cast<const lysc_node_leaf &>(leaf).type
                                                       : *reinterpret_cast<const lysc_node_leaflist &>(leaf).type;
+    if (const std::optional<MadeValue> rare = rareText(leaf, type))
+    {
+        return rare;
+    }
     for (int i = 0; i < kTries; ++i)
     {
         std::optional<MadeValue> value = ofType(type);

@@ -32,6 +32,7 @@ public:
     std::optional<MadeValue> make(const lysc_node &leaf);
 
 private:
+    std::optional<MadeValue> rareText(const lysc_node &leaf, const lysc_type &type);
     std::optional<MadeValue> ofType(const lysc_type &type);
     std::string string(const lysc_type &type);
     std::string decimal(const lysc_type &type);

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <set>
 
+#include "support/message_values.h"
 #include "support/xml_document.h"
 #include "tool_fixture.h"
 
@@ -41,27 +42,6 @@ std::size_t countLeaves(const xmlNode &parent)
             const std::string text = reinterpret_cast<const char *>(node->children->content);
             const bool isList = kListLeaves.count(reinterpret_cast<const char *>(node->name)) > 0;
             count += isList ? 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), ' ')) : 1;
-        }
-    }
-    return count;
-}
-
-/** Values in a message. */
-std::size_t countValues(const pb::Message &message)
-{
-    const pb::Reflection &reflection = *message.GetReflection();
-    std::vector<const pb::FieldDescriptor *> fields;
-    reflection.ListFields(message, &fields);
-    std::size_t count = 0;
-    for (const pb::FieldDescriptor *field : fields)
-    {
-        const int size = field->is_repeated() ? reflection.FieldSize(message, field) : 1;
-        for (int i = 0; i < size; ++i)
-        {
-            const bool isMessage = field->cpp_type() == pb::FieldDescriptor::CPPTYPE_MESSAGE;
-            count += !isMessage             ? 1
-                     : field->is_repeated() ? countValues(reflection.GetRepeatedMessage(message, field, i))
-                                            : countValues(reflection.GetMessage(message, field));
         }
     }
     return count;
@@ -107,7 +87,7 @@ TEST_P(Examples, KeepEveryLeaf)
 
     const gpbtest::XmlDocument xml(gpbtest::readFile(document));
     const std::size_t leaves = countLeaves(*xml.root());
-    EXPECT_EQ(countValues(*message), leaves);
+    EXPECT_EQ(gpbtest::countValues(*message), leaves);
     EXPECT_GE(leaves, example.leastLeaves);
     EXPECT_LE(leaves, example.mostLeaves);
 }

@@ -38,7 +38,7 @@ TEST_F(ProtoMapping, ContainersAndListsAreNestedMessages)
               "    message ABC_1 {}\n"
               "    InNer in_ner = 1;\n"
               "    repeated Entry entry = 2;\n"
-              "    ABC_1 abc = 3;\n"
+              "    ABC_1 abc = 3 [json_name = \"ABC\"];\n"
               "}\n");
 }
 
@@ -170,7 +170,7 @@ TEST_F(ProtoMapping, EnumNamesMakeWayForEachOther)
         "    message AB {}\n"
         "    optional AB2 a_b = 1 [json_name = \"a_B\"];\n"
         "    optional AB3 ab2 = 2 [json_name = \"AB\"];\n"
-        "    AB ab2_1 = 3;\n"
+        "    AB ab2_1 = 3 [json_name = \"aB\"];\n"
         "}\n");
 }
 
@@ -255,6 +255,61 @@ TEST_F(ProtoMapping, ACaseIsNotNamedLikeANodeBesideIt)
     EXPECT_THAT(text, HasSubstr("CD c_d2 = "));
 }
 
+TEST_F(ProtoMapping, NodesOfOneNameSayTheirModule)
+{
+    writeModule("y", "import m { prefix m; } augment /m:t/m:c { case y { container a { } } }");
+    writeModule("z", "import m { prefix m; } augment /m:t { list a { key k; leaf k { type string; } } leaf-list b { "
+                     "type string; } }");
+    m_augmenting = {"y", "z"};
+    EXPECT_EQ(messages("container t { leaf a { type string; } choice c { case d { leaf b { type string; } leaf e { "
+                       "type string; } } } container in { leaf a { type string; } } }"),
+              "message T {\n"
+              "    message CD {\n"
+              "        optional string b = 1 [json_name = \"m:b\"];\n"
+              "        optional string e = 2;\n"
+              "    }\n"
+              "    message CY {\n"
+              "        message A {}\n"
+              "        A a = 1 [json_name = \"y:a\"];\n"
+              "    }\n"
+              "    message In {\n"
+              "        optional string a = 1;\n"
+              "    }\n"
+              "    message A {\n"
+              "        optional string k = 1;\n"
+              "    }\n"
+              "    optional string a = 1 [json_name = \"m:a\"];\n"
+              "    oneof c {\n"
+              "        CD c_d = 2;\n"
+              "        CY c_y = 3;\n"
+              "    }\n"
+              "    In in = 4;\n"
+              "    repeated A a2 = 5 [json_name = \"z:a\"];\n"
+              "    repeated string b = 6 [json_name = \"z:b\"];\n"
+              "}\n");
+}
+
+TEST_F(ProtoMapping, AFieldWhoseNameAnotherNodeIsLookedForByLeavesNoDoubt)
+{
+    // "a-b" is looked for as "a_b", of which there are two; "in2" is the name that "in" has beside the choice.
+    EXPECT_EQ(messages("container t { leaf a_b { type string; } leaf In { type string; } choice in { case c { leaf a-b "
+                       "{ type string; } leaf in2 { type string; } leaf d { type string; } } } container e.f { } }"),
+              "message T {\n"
+              "    message InC {\n"
+              "        optional string a_b = 1 [json_name = \"a-b\"];\n"
+              "        optional string in2 = 2 [json_name = \"in2\"];\n"
+              "        optional string d = 3;\n"
+              "    }\n"
+              "    message E_f {}\n"
+              "    optional string a_b = 1 [json_name = \"a_b\"];\n"
+              "    optional string in2 = 2 [json_name = \"In\"];\n"
+              "    oneof in {\n"
+              "        InC in_c = 3;\n"
+              "    }\n"
+              "    E_f e_f = 4 [json_name = \"e.f\"];\n"
+              "}\n");
+}
+
 TEST_F(ProtoMapping, TopLevelNodes)
 {
     EXPECT_EQ(messages("container one { } list two { key k; leaf k { type string; } } "
@@ -283,10 +338,10 @@ TEST_F(ProtoMapping, NodesOfAugmentsStandBehindTheOthers)
                     "package m;\n\n"
                     "message Top {\n"
                     "    message More {}\n"
-                    "    optional string own = 1;\n"
+                    "    optional string own = 1 [json_name = \"m:own\"];\n"
                     "    More more = 2;\n"
                     "    optional string added = 3;\n"
-                    "    optional string own2 = 4 [json_name = \"own\"];\n"
+                    "    optional string own2 = 4 [json_name = \"z:own\"];\n"
                     "}\n");
     m_augmenting = {"b", "z"};
     EXPECT_EQ(proto(body), text);

@@ -37,6 +37,7 @@ public:
     {
         request_.Declare(app);
         app.add_flag("--losses", lossesOnly_, "Leave out notes: what is carried, but not for every use");
+        app.add_flag("--lossless", lossless_, "Say what is left with the lossless setting (encode --lossless)");
     }
 
     const char *ExitCodes() const override
@@ -73,19 +74,30 @@ private:
         return gpbyang::CheckModule(file, read.File());
     }
 
-    ExitCode Report(const std::vector<gpbyang::CheckFinding> &findings) const
+    ExitCode Report(std::vector<gpbyang::CheckFinding> findings) const
     {
+        if (lossless_)
+        {
+            findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                          [](const gpbyang::CheckFinding &finding) { return finding.IsKept(); }),
+                           findings.end());
+        }
         std::string text;
         std::size_t losses = 0;
+        std::size_t kept = 0;
         for (auto first = findings.begin(); first != findings.end();)
         {
             const gpbyang::CheckKindInfo &info = gpbyang::InfoOf(first->kind);
-            const auto last = std::find_if(
-                first, findings.end(), [&](const gpbyang::CheckFinding &finding) { return finding.kind != info.kind; });
-            losses += info.loss ? static_cast<std::size_t>(last - first) : 0;
+            const bool isKept = first->IsKept();
+            const auto last = std::find_if(first, findings.end(),
+                                           [&](const gpbyang::CheckFinding &finding)
+                                           { return finding.kind != info.kind || finding.IsKept() != isKept; });
+            const auto count = static_cast<std::size_t>(last - first);
+            losses += info.loss ? count : 0;
+            kept += info.loss && isKept ? count : 0;
             if (info.loss || !lossesOnly_)
             {
-                text += std::string(info.loss ? "loss " : "note ") + info.name + ": " + info.text + "\n";
+                text += Heading(info, isKept);
                 for (auto finding = first; finding != last; ++finding)
                 {
                     text += "  " + finding->path + (finding->detail.empty() ? "" : ": " + finding->detail) + "\n";
@@ -94,14 +106,35 @@ private:
             first = last;
         }
         const std::size_t notes = findings.size() - losses;
-        WriteStdout(text + module_ + ": " + Counted(losses, "loss", "losses") + ", " + Counted(notes, "note", "notes") +
-                    "\n");
+        WriteStdout(text + module_ + ": " + Counted(losses, "loss", "losses") + (lossless_ ? "" : Kept(losses, kept)) +
+                    ", " + Counted(notes, "note", "notes") + "\n");
         return losses == 0 ? ExitCode::Ok : ExitCode::Incomplete;
+    }
+
+    std::string Heading(const gpbyang::CheckKindInfo &info, bool isKept) const
+    {
+        const char *text = lossless_ && info.lossless != nullptr ? info.lossless : info.text;
+        const char *setting = isKept                    ? " (kept with --lossless)"
+                              : info.loss && !lossless_ ? " (lost with --lossless, too)"
+                                                        : "";
+        return std::string(info.loss ? "loss " : "note ") + info.name + setting + ": " + text + "\n";
+    }
+
+    /** " (all kept with --lossless)" */
+    static std::string Kept(std::size_t losses, std::size_t kept)
+    {
+        if (losses == 0)
+        {
+            return "";
+        }
+        const std::string count = kept == 0 ? "none" : kept == losses ? "all" : std::to_string(kept);
+        return " (" + count + " kept with --lossless)";
     }
 
     YangRequest request_;
     std::string module_;
     bool lossesOnly_ = false;
+    bool lossless_ = false;
 };
 
 } // namespace

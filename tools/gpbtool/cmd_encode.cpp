@@ -34,6 +34,7 @@ public:
     void Declare(CLI::App &app) override
     {
         search_.Declare(app);
+        search_.DeclareLossless(app);
         app.add_option("--module", module_, "Module of the documents, the name of its .proto file without the suffix")
             ->required()
             ->type_name("M");

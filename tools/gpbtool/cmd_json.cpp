@@ -20,6 +20,7 @@ public:
     void Declare(CLI::App &app) override
     {
         search_.Declare(app);
+        search_.DeclareLossless(app);
         app.add_option("--module", request_.module,
                        "Module of the document, the name of its .proto file without the suffix")
             ->required()

@@ -4,9 +4,9 @@
 #include <libxml/xmlmemory.h>
 
 #include "core/gpb_protobuf_compat.h"
+#include "document_checker.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
-#include "value_check.h"
 
 namespace gpbtool
 {
@@ -30,47 +30,14 @@ const char *Chars(const xmlChar *text)
     return reinterpret_cast<const char *>(text);
 }
 
-std::string Tag(const xmlNode &node)
-{
-    return std::string("<") + Chars(node.name) + ">";
-}
-
-/** An open message: its type, and how many layers are open with it. */
-struct Level
-{
-    const pb::Descriptor *type;
-    std::uint32_t layers;
-};
-
-class Checker
+/** The search by the library's default. */
+class UsualChecker : public DocumentChecker
 {
 public:
-    explicit Checker(const CheckRules &rules) : rules_(rules) {}
-
-    void Children(const xmlNode &parent, const Level &level)
-    {
-        for (xmlNode *node = parent.children; node != nullptr; node = node->next)
-        {
-            if (node->type == XML_ELEMENT_NODE)
-            {
-                Element(*node, level);
-            }
-            else if (node->type == XML_TEXT_NODE && xmlIsBlankNode(node) == 0)
-            {
-                Report(*node, Tag(parent) + ": text beside elements is not encoded");
-            }
-        }
-    }
-
-    std::vector<Finding> findings;
+    using DocumentChecker::DocumentChecker;
 
 private:
-    void Report(const xmlNode &node, const std::string &text)
-    {
-        findings.push_back({std::to_string(xmlGetLineNo(&node)), text});
-    }
-
-    void Element(xmlNode &node, const Level &level)
+    void Element(xmlNode &node, const OpenLevel &level) override
     {
         if (node.children == nullptr)
         {
@@ -101,7 +68,7 @@ private:
         }
     }
 
-    const pb::FieldDescriptor *Find(const xmlNode &node, Level &level, bool leaf)
+    const pb::FieldDescriptor *Find(const xmlNode &node, OpenLevel &level, bool leaf)
     {
         const pb::FieldDescriptor *caseField = nullptr;
         const auto layer = static_cast<std::int32_t>(level.layers + 1);
@@ -110,7 +77,7 @@ private:
                  : GPB_FindFieldDescByNodeName(level.type, Chars(node.name), layer, &caseField);
         if (field == nullptr)
         {
-            Report(node, Tag(node) + ": unknown in message " + GpbPbFullName(*level.type));
+            ReportUnknown(node, level);
             return nullptr;
         }
         if (caseField != nullptr)
@@ -120,24 +87,17 @@ private:
                 GPB_GetDescriptorAncestors(caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
             if (count == 0)
             {
-                Report(node, Tag(node) + ": its case cannot be reached from message " + GpbPbFullName(*level.type));
+                Report(node, "its case cannot be reached from message " + GpbPbFullName(*level.type));
                 return nullptr;
             }
             level.layers += count;
             level.type = caseField->message_type();
         }
-        if (rules_.extraTest)
-        {
-            const std::string problem = rules_.extraTest(node, *field);
-            if (!problem.empty())
-            {
-                Report(node, Tag(node) + ": " + problem);
-            }
-        }
+        Test(node, *field);
         return field;
     }
 
-    void Empty(const xmlNode &node, Level level)
+    void Empty(const xmlNode &node, OpenLevel level)
     {
         const pb::FieldDescriptor *field = Find(node, level, false);
         if (field == nullptr)
@@ -146,70 +106,41 @@ private:
         }
         if (field->type() == pb::FieldDescriptor::TYPE_MESSAGE)
         {
-            Report(node, Tag(node) + ": an empty container or list entry needs a line break as its text to be encoded");
+            Report(node, "an empty container or list entry needs a line break as its text to be encoded");
         }
         else if (field->type() != pb::FieldDescriptor::TYPE_BOOL)
         {
-            Report(node, Tag(node) + ": empty, but the module wants a value of type " + GpbPbTypeName(*field));
+            ReportEmpty(node, *field);
         }
     }
 
-    void Leaf(const xmlNode &node, Level level, const char *value)
+    void Leaf(const xmlNode &node, OpenLevel level, const char *value)
     {
         const pb::FieldDescriptor *field = Find(node, level, true);
         if (field == nullptr)
         {
             return;
         }
-        const std::string problem = ValueProblem(*field, value);
-        if (!problem.empty())
-        {
-            Report(node, Tag(node) + ": " + problem);
-        }
+        TestValue(node, *field, value);
     }
 
-    void Presence(const xmlNode &node, Level level)
+    void Presence(const xmlNode &node, OpenLevel level)
     {
         const pb::FieldDescriptor *field = Find(node, level, false);
         if (field != nullptr)
         {
-            IsMessage(node, *field);
+            TestMessage(node, *field);
         }
     }
 
-    void Container(const xmlNode &node, Level level)
+    void Container(const xmlNode &node, OpenLevel level)
     {
         const pb::FieldDescriptor *field = Find(node, level, false);
-        if (field == nullptr || !IsMessage(node, *field))
+        if (field != nullptr)
         {
-            return;
+            Enter(node, *field, level);
         }
-        const pb::Descriptor *type = field->message_type();
-        if (rules_.layersByType)
-        {
-            Children(node, {type, GPB_GetDescriptorLayerNum(type)});
-            return;
-        }
-        if (level.layers >= GPB_COMPILER_MAX_LAYERS)
-        {
-            Report(node, Tag(node) + ": nested deeper than " + std::to_string(GPB_COMPILER_MAX_LAYERS) + " levels");
-            return;
-        }
-        Children(node, {type, level.layers + 1});
     }
-
-    bool IsMessage(const xmlNode &node, const pb::FieldDescriptor &field)
-    {
-        if (field.type() == pb::FieldDescriptor::TYPE_MESSAGE)
-        {
-            return true;
-        }
-        Report(node, Tag(node) + ": a leaf of type " + GpbPbTypeName(field) +
-                         " in the module, but more than one text in the document");
-        return false;
-    }
-
-    const CheckRules &rules_;
 };
 
 } // namespace
@@ -226,9 +157,10 @@ const pb::Descriptor *RootMessage(const std::string &container, const pb::FileDe
 
 std::vector<Finding> CheckDocument(const xmlNode &root, const pb::Descriptor &type, const CheckRules &rules)
 {
-    Checker checker(rules);
-    checker.Children(root, {&type, 1});
-    return checker.findings;
+    const std::unique_ptr<DocumentChecker> checker =
+        rules.lossless ? MakeLosslessChecker(rules) : std::make_unique<UsualChecker>(rules);
+    checker->Children(root, {&type, 1});
+    return checker->findings;
 }
 
 } // namespace gpbtool

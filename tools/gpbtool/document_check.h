@@ -26,6 +26,8 @@ struct CheckRules
     /** A container's layer is that of its type, and there is no limit; else open layers count, up to the limit. */
     bool layersByType;
 
+    bool lossless; /**< the session's setting */
+
     /** A further test of each element that has a field; what is wrong, or an empty text. */
     std::function<std::string(const xmlNode &, const google::protobuf::FieldDescriptor &)> extraTest;
 };

@@ -117,7 +117,7 @@ EncodedDocument EncodeXml(Session &session, Console &console, const EncodeReques
     const Compiler compiler(GpbXmlCompiler_CreateCompiler(session.Context(), request.module.c_str()));
     EncodedDocument encoded = {job.Run(compiler.get()), nullptr, job.input.BytesRead()};
     encoded.type = RootMessage(RootName(*job.doc), job.file);
-    job.Judge(*encoded.type, {false, nullptr});
+    job.Judge(*encoded.type, {false, session.IsLossless(), nullptr});
     return encoded;
 }
 
@@ -142,9 +142,10 @@ std::string ConvertXmlToJson(Session &session, Console &console, const EncodeReq
     {
         throw NoResultError(request, *job.doc, "the root element is no container");
     }
-    JsonShape shape(numbers64);
-    job.Judge(*type, {true, [&](const xmlNode &node, const pb::FieldDescriptor &field)
-                      { return shape.Problem(node, field); }});
+    JsonShape shape(numbers64, session.IsLossless());
+    job.Judge(*type, {true, session.IsLossless(), [&](const xmlNode &node, const pb::FieldDescriptor &field) {
+                          return shape.Problem(node, field);
+                      }});
     return json;
 }
 

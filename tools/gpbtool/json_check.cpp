@@ -2,14 +2,10 @@
 
 #include <google/protobuf/descriptor.h>
 
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
-
 #include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
-#include "value_check.h"
+#include "json_words.h"
 
 namespace gpbtool
 {
@@ -18,92 +14,6 @@ namespace
 {
 
 namespace pb = google::protobuf;
-
-/** How the library writes a number for its translators; what is more does not reach the message. */
-constexpr const char *kNumberFormat = "%.14g";
-
-constexpr const char *kQuoteIt = ": write it in double quotes";
-
-bool IsContainer(const cJSON &item)
-{
-    return cJSON_IsObject(&item) != 0 || cJSON_IsArray(&item) != 0;
-}
-
-const char *KindOf(const cJSON &item)
-{
-    if (cJSON_IsObject(&item) != 0)
-    {
-        return "an object";
-    }
-    if (cJSON_IsArray(&item) != 0)
-    {
-        return "an array";
-    }
-    if (cJSON_IsNull(&item) != 0)
-    {
-        return "null";
-    }
-    return cJSON_IsString(&item) != 0 ? "a text" : cJSON_IsNumber(&item) != 0 ? "a number" : "true or false";
-}
-
-std::string NumberText(const cJSON &number)
-{
-    char text[GPB_JSON_NUMBER_SIZE] = {};
-    std::snprintf(text, sizeof(text), kNumberFormat, number.valuedouble);
-    return text;
-}
-
-std::string NumberProblem(const pb::FieldDescriptor &field, const cJSON &number)
-{
-    const std::string text = NumberText(number);
-    if (field.cpp_type() == pb::FieldDescriptor::CPPTYPE_STRING)
-    {
-        return "a number, but the module wants a text" + std::string(kQuoteIt);
-    }
-    if (!std::isfinite(number.valuedouble))
-    {
-        return "a number beyond the range of JSON numbers" + std::string(kQuoteIt);
-    }
-    if (std::strtod(text.c_str(), nullptr) != number.valuedouble)
-    {
-        return "the library reads 14 digits of a number, \"" + text + "\" here" + kQuoteIt;
-    }
-    const std::string problem = ValueProblem(field, text);
-    const bool exponent = text.find('e') != std::string::npos;
-    return !problem.empty() && exponent ? problem + kQuoteIt : problem;
-}
-
-/** What is wrong with a text, a number or a truth value for a leaf; an empty text for nothing. */
-std::string ScalarProblem(const pb::FieldDescriptor &field, const cJSON &item)
-{
-    if (cJSON_IsString(&item) != 0)
-    {
-        return ValueProblem(field, item.valuestring);
-    }
-    if (cJSON_IsNumber(&item) != 0)
-    {
-        return NumberProblem(field, item);
-    }
-    if (field.cpp_type() == pb::FieldDescriptor::CPPTYPE_STRING)
-    {
-        return "true or false, but the module wants a text" + std::string(kQuoteIt);
-    }
-    return ValueProblem(field, cJSON_IsTrue(&item) != 0 ? "true" : "false");
-}
-
-std::string Wanted(const pb::FieldDescriptor &field)
-{
-    if (field.type() == pb::FieldDescriptor::TYPE_MESSAGE)
-    {
-        return field.is_repeated() ? "a list" : "a container";
-    }
-    return std::string(field.is_repeated() ? "a leaf-list" : "a leaf") + " of type " + GpbPbTypeName(field);
-}
-
-std::string Quoted(const cJSON &item)
-{
-    return '"' + std::string(item.string) + "\": ";
-}
 
 /** An open message: its type, and how many layers are open with it. */
 struct Level
@@ -140,7 +50,7 @@ private:
             level.type, item.string, static_cast<std::int32_t>(level.layers + 1), &caseField);
         if (field == nullptr)
         {
-            Report(item, parent, Quoted(item) + "unknown in message " + GpbPbFullName(*level.type), true);
+            Report(item, parent, JsonQuoted(item) + "unknown in message " + GpbPbFullName(*level.type), true);
             return;
         }
         const pb::Descriptor *holder = level.type;
@@ -152,7 +62,7 @@ private:
         if (&item == &chosen_)
         {
             // The library takes the first message that the item opens, and for a leaf the one that it was found from.
-            result.itemType = IsContainer(item) ? opened : holder;
+            result.itemType = IsJsonContainer(item) ? opened : holder;
         }
         if (field->type() == pb::FieldDescriptor::TYPE_MESSAGE)
         {
@@ -172,8 +82,8 @@ private:
         const std::uint32_t count = GPB_GetDescriptorAncestors(&caseField, level.type, ancestors, GPB_MAX_ANCESTOR_NUM);
         if (count == 0)
         {
-            Report(item, parent, Quoted(item) + "its case cannot be reached from message " + GpbPbFullName(*level.type),
-                   true);
+            Report(item, parent,
+                   JsonQuoted(item) + "its case cannot be reached from message " + GpbPbFullName(*level.type), true);
             return false;
         }
         if (level.layers + count > GPB_COMPILER_MAX_LAYERS)
@@ -189,22 +99,24 @@ private:
 
     void ReportDepth(cJSON &item, cJSON &parent)
     {
-        const std::string name = item.string != nullptr ? Quoted(item) : Quoted(parent);
+        const std::string name = item.string != nullptr ? JsonQuoted(item) : JsonQuoted(parent);
         Report(item, parent, name + "nested deeper than " + std::to_string(GPB_COMPILER_MAX_LAYERS) + " levels", true);
     }
 
     void Message(cJSON &item, cJSON &parent, const pb::FieldDescriptor &field, const Level &level)
     {
         const bool isArray = cJSON_IsArray(&item) != 0;
-        if (!IsContainer(item))
+        if (!IsJsonContainer(item))
         {
-            Report(item, parent, Quoted(item) + KindOf(item) + ", but " + Wanted(field) + " in the module", true);
+            Report(item, parent, JsonQuoted(item) + JsonKindOf(item) + ", but " + JsonWanted(field) + " in the module",
+                   true);
             return;
         }
         if (isArray != field.is_repeated())
         {
             // The library takes both for each other; a document that mixes them up is not of this module all the same.
-            Report(item, parent, Quoted(item) + KindOf(item) + ", but " + Wanted(field) + " in the module", false);
+            Report(item, parent, JsonQuoted(item) + JsonKindOf(item) + ", but " + JsonWanted(field) + " in the module",
+                   false);
         }
         if (isArray)
         {
@@ -226,7 +138,8 @@ private:
             }
             else
             {
-                Report(*entry, array, Quoted(array) + KindOf(*entry) + " where an entry, an object, belongs", true);
+                Report(*entry, array, JsonQuoted(array) + JsonKindOf(*entry) + " where an entry, an object, belongs",
+                       true);
             }
         }
     }
@@ -245,7 +158,7 @@ private:
     {
         if (cJSON_IsObject(&item) != 0)
         {
-            Report(item, parent, Quoted(item) + "an object, but " + Wanted(field) + " in the module", true);
+            Report(item, parent, JsonQuoted(item) + "an object, but " + JsonWanted(field) + " in the module", true);
         }
         else if (cJSON_IsArray(&item) != 0)
         {
@@ -257,7 +170,7 @@ private:
                 field.type() == pb::FieldDescriptor::TYPE_BOOL || field.type() == pb::FieldDescriptor::TYPE_STRING;
             if (!takesNull)
             {
-                Report(item, parent, Quoted(item) + "null, but " + Wanted(field) + " in the module", false);
+                Report(item, parent, JsonQuoted(item) + "null, but " + JsonWanted(field) + " in the module", false);
             }
         }
         else
@@ -268,10 +181,10 @@ private:
 
     void Scalar(cJSON &item, cJSON &parent, const cJSON &named, const pb::FieldDescriptor &field)
     {
-        const std::string problem = ScalarProblem(field, item);
+        const std::string problem = JsonScalarProblem(field, item, false);
         if (!problem.empty())
         {
-            Report(item, parent, Quoted(named) + problem, false);
+            Report(item, parent, JsonQuoted(named) + problem, false);
         }
     }
 
@@ -282,21 +195,22 @@ private:
         {
             const bool emptyLeaf = field.type() == pb::FieldDescriptor::TYPE_BOOL;
             Report(array, parent,
-                   Quoted(array) + "an array, but " + Wanted(field) + " in the module" +
+                   JsonQuoted(array) + "an array, but " + JsonWanted(field) + " in the module" +
                        (emptyLeaf ? "; an empty leaf is null or true" : ""),
                    false);
         }
         else if (!encoded && array.child != nullptr)
         {
             Report(array, parent,
-                   Quoted(array) + Wanted(field) + ": of leaf-lists only those of enumerations are encoded from JSON",
+                   JsonQuoted(array) + JsonWanted(field) +
+                       ": of leaf-lists only those of enumerations are encoded from JSON",
                    false);
         }
         for (cJSON *value = array.child; value != nullptr; value = value->next)
         {
-            if (IsContainer(*value) || (encoded && cJSON_IsNull(value) != 0))
+            if (IsJsonContainer(*value) || (encoded && cJSON_IsNull(value) != 0))
             {
-                Report(*value, array, Quoted(array) + KindOf(*value) + " where a value belongs", true);
+                Report(*value, array, JsonQuoted(array) + JsonKindOf(*value) + " where a value belongs", true);
             }
             else if (encoded)
             {

@@ -42,6 +42,10 @@ struct JsonCheckResult
  */
 JsonCheckResult CheckJson(cJSON &container, const google::protobuf::Descriptor &type, const cJSON &item);
 
+/** The same as the library does it with the lossless setting. @param module  that the document is encoded for */
+JsonCheckResult CheckLosslessJson(cJSON &container, const google::protobuf::Descriptor &type, const cJSON &item,
+                                  const std::string &module);
+
 } // namespace gpbtool
 
 #endif

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "compiler.h"
+#include "compiler/exact/gpb_exact_module.h"
 #include "document_check.h"
 #include "gpb_templatelib/gpb_compiler_c.h"
 #include "json_check.h"
@@ -60,7 +61,8 @@ public:
 private:
     const pb::Descriptor &ContainerType() const
     {
-        const std::string name = document.Container().string;
+        const std::string key = document.Container().string;
+        const std::string name(session.IsLossless() ? std::string(GpbSplitName(key, "").name) : key);
         // The library takes no longer ones.
         const pb::Descriptor *found = name.size() < GPB_NAME_SIZE ? RootMessage(name, file) : nullptr;
         if (found != nullptr)
@@ -146,7 +148,10 @@ EncodedDocument EncodeJson(Session &session, Console &console, const EncodeReque
 {
     JsonJob job(session, request, options);
     CheckOneMessage(job);
-    const JsonCheckResult result = CheckJson(job.document.Container(), job.type, job.item);
+    const bool lossless = session.IsLossless();
+    const JsonCheckResult result = lossless
+                                       ? CheckLosslessJson(job.document.Container(), job.type, job.item, request.module)
+                                       : CheckJson(job.document.Container(), job.type, job.item);
     const std::vector<Finding> findings = Places(job.document, result.findings);
     const Completeness about = {request.document, kUnit, request.lenient};
     if (!request.lenient)
@@ -155,8 +160,10 @@ EncodedDocument EncodeJson(Session &session, Console &console, const EncodeReque
         JudgeCompleteness(about, findings, session.Log(), console);
     }
     RemoveBlocking(job, result.findings);
+    // A list stands for its only entry, which the default finds no other way.
+    cJSON &item = lossless && cJSON_IsArray(&job.item) != 0 ? *job.item.child : job.item;
     unsigned int length = 0;
-    const char *bytes = GpbXmlCompiler_EncodeJson(job.compiler.get(), &job.document.Container(), &job.item, &length);
+    const char *bytes = GpbXmlCompiler_EncodeJson(job.compiler.get(), &job.document.Container(), &item, &length);
     if (bytes == nullptr)
     {
         throw ToolError(ExitCode::Encode, request.document + ": nothing encoded: " + session.Log().LastFailure(),

@@ -61,13 +61,19 @@ std::string JsonShape::StructureProblem(const xmlNode &node, const pb::FieldDesc
     const bool bits = field.enum_type() != nullptr && GPB_GetXmlNodeLeafBitsType(const_cast<xmlNode *>(&node)) == 0;
     if (field.is_repeated() && !bits)
     {
+        if (lossless_)
+        {
+            return "";
+        }
         const auto first = firstParents_.emplace(&field, node.parent).first;
         return first->second == node.parent
                    ? ""
                    : "goes to the list in line " + std::to_string(xmlGetLineNo(first->second)) +
                          ": the library makes one array of all lists of that type";
     }
-    const bool isNew = members_.emplace(node.parent, reinterpret_cast<const char *>(node.name)).second;
+    // With the lossless setting, members of one name have their modules in front of it.
+    const bool isNew = lossless_ ? losslessMembers_.emplace(node.parent, &field).second
+                                 : members_.emplace(node.parent, reinterpret_cast<const char *>(node.name)).second;
     return isNew ? "" : "stands twice in its element, which gives an object with two members of one name";
 }
 

@@ -23,7 +23,7 @@ inline constexpr const char *kEmptyJson = "{}";
 class JsonShape
 {
 public:
-    explicit JsonShape(bool numbers64) : numbers64_(numbers64) {}
+    JsonShape(bool numbers64, bool lossless) : numbers64_(numbers64), lossless_(lossless) {}
 
     /** What is lost of an element; an empty text for nothing. Elements come in the order of the document. */
     std::string Problem(const xmlNode &node, const google::protobuf::FieldDescriptor &field);
@@ -33,8 +33,10 @@ private:
     std::string NumberProblem(const std::string &text, const google::protobuf::FieldDescriptor &field) const;
 
     bool numbers64_;
+    bool lossless_;
     std::map<const google::protobuf::FieldDescriptor *, const xmlNode *> firstParents_;
     std::set<std::pair<const xmlNode *, std::string>> members_;
+    std::set<std::pair<const xmlNode *, const google::protobuf::FieldDescriptor *>> losslessMembers_;
 };
 
 } // namespace gpbtool

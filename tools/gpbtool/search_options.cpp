@@ -65,6 +65,11 @@ void SearchOptions::Declare(CLI::App &app)
                  "-v shows what the library skips, -vv its progress too, -vvv encoded messages as text too");
 }
 
+void SearchOptions::DeclareLossless(CLI::App &app)
+{
+    app.add_flag("--lossless", lossless, "Put every node into its own list entry and case, and keep every value");
+}
+
 void SearchOptions::Complete()
 {
     if (!workPath.empty())

@@ -1,4 +1,4 @@
-/** Where modules are looked for: the options that every subcommand has, and the places that they stand for. */
+/** How a library context is set up: the options that every subcommand has, and the places that they stand for. */
 #ifndef GPBTOOL_SEARCH_OPTIONS_H
 #define GPBTOOL_SEARCH_OPTIONS_H
 
@@ -27,8 +27,11 @@ struct SearchOptions
     std::vector<std::string> installPaths;
     std::string patchDir;
     int verbosity = 0;
+    bool lossless = false; /**< for subcommands that take documents */
 
     void Declare(CLI::App &app);
+    /** Declares --lossless. */
+    void DeclareLossless(CLI::App &app);
 
     /** Adds the "/" that the library expects at the end, and refuses what it would cut or ignore. */
     void Complete();

@@ -64,6 +64,10 @@ Session::Session(Console &console, const SearchOptions &options)
         }
     }
     GPBLIB_SetPatchDir(Context(), options.patchDir.empty() ? nullptr : options.patchDir.c_str());
+    if (options.lossless && GPBEXT_SetLossless(Context(), 1) != 0)
+    {
+        throw ToolError(ExitCode::Internal, "the lossless setting cannot be made", "is there enough memory?");
+    }
 }
 
 const google::protobuf::FileDescriptor &Session::Load(const std::string &module)

@@ -8,6 +8,7 @@
 
 #include "console.h"
 #include "diagnostics.h"
+#include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_lib.h"
 #include "search_options.h"
 
@@ -29,6 +30,7 @@ public:
     Session(Console &console, const SearchOptions &options);
 
     GpbLibContext *Context() const { return context_.get(); }
+    bool IsLossless() const { return GPBEXT_IsLossless(Context()) != 0; }
     Diagnostics &Log() { return diagnostics_; }
     const std::vector<SearchPlace> &Places() const { return places_; }
 
