@@ -22,6 +22,7 @@ namespace
 {
 
 constexpr uint32_t LINE_NOT_A_MESSAGE = 109;
+constexpr char PUSH_ITEM[] = "GPB_PushItemDescriptor";
 constexpr uint32_t LINE_STACK_FULL = 173;
 constexpr uint32_t LINE_ROOT_STACK_FULL = 258;
 
@@ -175,9 +176,9 @@ unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbComp
     // The message is in its parent by now: a document that nests too deep leaves it there, empty.
     if (stStack.uiLayerNum == GPB_COMPILER_MAX_LAYERS)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_STACK_FULL,
-                "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
-                GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
+        GPB_LOG_AS(pvLibHandle, GPB_LOG_ERROR, PUSH_ITEM, LINE_STACK_FULL,
+                   "Gpb Compiler[ProcXmlContainerNode]Fail to push layer [%s]. depth is %u.",
+                   GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
     GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);

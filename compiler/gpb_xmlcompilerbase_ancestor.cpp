@@ -6,6 +6,7 @@
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_record.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -35,13 +36,14 @@ const FieldDescriptor *FieldOfType(const Descriptor *message, const Descriptor *
     return nullptr;
 }
 
-// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one. Where nobody
-// reads paths, the layer below has none, and so this one gets none.
+// Sets the path of a new layer: deliberately behind that of the new layer before it, if there is one. The layer below
+// is a record without a path only where nobody reads paths, and so this one gets none; a host's own stack may begin
+// with a layer that has none.
 void SetPath(std::string &path, const std::string *before, const GpbCompilerStackLayer &top,
              const FieldDescriptor *entry)
 {
     path.clear();
-    if (top.strXPath.empty())
+    if (top.strXPath.empty() && GpbRecordOf(top.pstMessage) != nullptr)
     {
         return;
     }

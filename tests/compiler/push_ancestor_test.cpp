@@ -100,6 +100,16 @@ TEST_F(PushAncestorOddities, PathAccumulatesAlongAChain)
     expectTop("l1 { l2 { l3 {} } }");
 }
 
+TEST_F(PushAncestorTest, TopWithoutAPathGivesPathsThatBeginWithAPoint)
+{
+    stackWithTopAt(1);
+    m_stack.astLayer[0].strXPath.clear();
+    EXPECT_EQ(0u, GPB_PushAncesDescriptor(field("anc.Top.L1", "l2"), m_stack));
+    Message *const l1 = sub(m_top, "l1");
+    expectLayer(1, "anc.Top.L1", l1, ".l1");
+    expectLayer(2, "anc.Top.L1.L2", sub(l1, "l2"), ".l1.l1.l2");
+}
+
 TEST_F(PushAncestorTest, EachWalkBeginsANewPath)
 {
     stackWithTopAt(1);
