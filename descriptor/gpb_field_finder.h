@@ -28,7 +28,7 @@ public:
 
 private:
     // Deeper layers share a place with higher ones.
-    static constexpr uint32_t LAYERS = 4;
+    static constexpr uint32_t LAYERS = 3;
 
     struct Used
     {
