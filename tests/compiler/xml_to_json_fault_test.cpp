@@ -111,7 +111,7 @@ TEST_F(XmlToJsonFaultTest, LosesNothingWhicheverBlockOfItemsCannotBeMade)
     std::string content = "<first-name>" + longText + "</first-name>";
     std::string members = R"("first-name":")" + longText + "\"";
     std::string names;
-    for (int i = 0; i < 2000; ++i)
+    for (int i = 0; i < 4000; ++i)
     {
         content += "<names>" + std::to_string(i) + "</names>";
         names += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\"";
