@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
-#include "compiler/exact/gpb_exact_module.h"
 #include "core/gpb_protobuf_compat.h"
+#include "descriptor/gpb_exact_module.h"
 #include "descriptor/gpb_exact_names.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_limits.h"

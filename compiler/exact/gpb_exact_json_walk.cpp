@@ -4,12 +4,12 @@
 #include <vector>
 
 #include "compiler/exact/gpb_exact_json_number.h"
-#include "compiler/exact/gpb_exact_module.h"
 #include "compiler/exact/gpb_exact_open.h"
 #include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_module_plan.h"
+#include "descriptor/gpb_exact_module.h"
 
 GpbExactJsonWalk::GpbExactJsonWalk(GpbJsonCompiler &compiler, cJSON *root, cJSON *item)
     : compiler_(compiler), root_(root), item_(item), names_(compiler.pstPlan->exactNames),

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "compiler/exact/gpb_exact_module.h"
+#include "descriptor/gpb_exact_module.h"
 
 using google::protobuf::FieldDescriptor;
 

@@ -4,11 +4,11 @@
 #include <google/protobuf/descriptor.h>
 #include <utility>
 
-#include "compiler/exact/gpb_exact_module.h"
 #include "compiler/exact/gpb_exact_xml_node.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_module_plan.h"
 #include "compiler/gpb_xml_node.h"
+#include "descriptor/gpb_exact_module.h"
 
 using google::protobuf::FieldDescriptor;
 

@@ -6,7 +6,7 @@
 #include <array>
 
 #include "compiler.h"
-#include "compiler/exact/gpb_exact_module.h"
+#include "descriptor/gpb_exact_module.h"
 #include "document_check.h"
 #include "gpb_templatelib/gpb_compiler_c.h"
 #include "json_check.h"

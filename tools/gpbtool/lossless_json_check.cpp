@@ -1,8 +1,8 @@
 /** Follows a JSON document through the module as the library does with the lossless setting. */
 #include <google/protobuf/descriptor.h>
 
-#include "compiler/exact/gpb_exact_module.h"
 #include "core/gpb_protobuf_compat.h"
+#include "descriptor/gpb_exact_module.h"
 #include "descriptor/gpb_exact_names.h"
 #include "gpb_templatelib/gpb_limits.h"
 #include "json_check.h"

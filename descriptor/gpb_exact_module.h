@@ -1,6 +1,6 @@
 // Names of modules.
-#ifndef GPB_COMPILER_EXACT_GPB_EXACT_MODULE_H
-#define GPB_COMPILER_EXACT_GPB_EXACT_MODULE_H
+#ifndef GPB_DESCRIPTOR_GPB_EXACT_MODULE_H
+#define GPB_DESCRIPTOR_GPB_EXACT_MODULE_H
 
 #include <string>
 #include <string_view>
