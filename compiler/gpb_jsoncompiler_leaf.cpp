@@ -12,6 +12,7 @@
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_number_text.h"
+#include "compiler/gpb_record_leaf.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -149,8 +150,8 @@ unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerS
                 GpbJsonLogKey(pstItem), static_cast<int>(pstField->type()));
         return GPB_COMPILER_OK;
     }
-    return translate(GpbTopLayer(stStack), pstField,
-                     pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
+    return GpbStoreLeaf(GpbTopLayer(stStack), pstField, translate,
+                        pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
 }
 
 unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
@@ -170,7 +171,7 @@ unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer
     {
         return GPB_COMPILER_ERR;
     }
-    if (translate(stLayer, pstField, text) != GPB_COMPILER_OK)
+    if (GpbStoreLeaf(stLayer, pstField, translate, text) != GPB_COMPILER_OK)
     {
         // A value that the field does not take is left out; deliberately the rest of the document still counts.
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,

@@ -137,7 +137,7 @@ Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
     }
     if (GpbRecord *record = GpbRecordOf(upper))
     {
-        return record->Open(field);
+        return record->Open(*record->Type().FieldOf(field));
     }
     if (upper->GetReflection() == nullptr)
     {

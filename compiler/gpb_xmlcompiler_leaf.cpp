@@ -6,6 +6,7 @@
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_record_leaf.h"
 #include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -65,9 +66,14 @@ char EMPTY_LEAF_VALUE[] = "true";
         }
         layer = &GpbTopLayer(stStack);
     }
-    const GpbIdentityValue value(uiMemHandle, pstNode, text);
     unsigned int result = GPB_COMPILER_OK;
+    if (pstNode->nsDef == nullptr && found.field->containing_oneof() == nullptr)
     {
+        result = FillLeafField(*layer, found.field, text, name);
+    }
+    else
+    {
+        const GpbIdentityValue value(uiMemHandle, pstNode, text);
         const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
         result = FillLeafField(*layer, found.field, value.Text(), name);
     }
@@ -130,7 +136,7 @@ unsigned int GpbXmlCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer,
                 "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.", pcNodeName, type);
         return GPB_COMPILER_NO_TRANSLATOR;
     }
-    const unsigned int result = translate(stLayer, pstField, pcValue);
+    const unsigned int result = GpbStoreLeaf(stLayer, pstField, translate, pcValue);
     if (result != GPB_COMPILER_OK)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,
