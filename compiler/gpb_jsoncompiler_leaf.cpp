@@ -138,8 +138,7 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
 unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerStack &stStack,
                                                     const FieldDescriptor *pstField)
 {
-    const GpbStrTransFunc translate = astStrTrans[pstField->type()];
-    if (translate == nullptr)
+    if (astStrTrans[pstField->type()] == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
@@ -150,7 +149,7 @@ unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerS
                 GpbJsonLogKey(pstItem), static_cast<int>(pstField->type()));
         return GPB_COMPILER_OK;
     }
-    return GpbStoreLeaf(GpbTopLayer(stStack), pstField, translate,
+    return GpbStoreLeaf(GpbTopLayer(stStack), pstField, astStrTrans,
                         pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
 }
 
@@ -158,8 +157,7 @@ unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer
                                             cJSON *pstItem)
 {
     const auto type = static_cast<unsigned int>(pstField->type());
-    const GpbStrTransFunc translate = astStrTrans[type];
-    if (translate == nullptr)
+    if (astStrTrans[type] == nullptr)
     {
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_TRANSLATOR,
                 "Gpb Compiler fill leaf fail to find translator for node [%s] type %u.", GpbJsonLogKey(pstItem), type);
@@ -171,7 +169,7 @@ unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer
     {
         return GPB_COMPILER_ERR;
     }
-    if (GpbStoreLeaf(stLayer, pstField, translate, text) != GPB_COMPILER_OK)
+    if (GpbStoreLeaf(stLayer, pstField, astStrTrans, text) != GPB_COMPILER_OK)
     {
         // A value that the field does not take is left out; deliberately the rest of the document still counts.
         GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,

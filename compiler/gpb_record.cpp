@@ -46,7 +46,7 @@ void GpbRecord::Store(const GpbRecordField &field, std::string_view text)
 
 GpbRecord *GpbRecord::Open(const GpbRecordField &field)
 {
-    if (!field.isRepeated && IsPresent(field.place))
+    if (!field.isRepeated && IsPresent(field))
     {
         return Words()[field.word].record;
     }
@@ -86,7 +86,7 @@ bool GpbRecord::IsWhole() const
     }
     for (uint32_t place = 0; place < type_.FieldCount(); ++place)
     {
-        if (type_.FieldAt(place).isRequired && !IsPresent(place))
+        if (type_.FieldAt(place).isRequired && !IsPresent(type_.FieldAt(place)))
         {
             return false;
         }
@@ -115,9 +115,9 @@ bool GpbRecord::IsWhole() const
 void GpbRecord::Append(const GpbRecordField &field, GpbRecordValue value)
 {
     GpbRecordValue &values = Words()[field.word];
-    GpbRecordCell *previous = IsPresent(field.place) ? values.last : nullptr;
+    GpbRecordCell *previous = IsPresent(field) ? values.last : nullptr;
     values.last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
-    SetPresent(field.place, true);
+    SetPresent(field);
 }
 
 // The member of a choice that was set last is the only one that is there.
@@ -126,7 +126,7 @@ void GpbRecord::EnterCase(const GpbRecordField &field)
     uint32_t &entered = Cases()[field.choice - 1];
     if (entered != 0)
     {
-        SetPresent(entered - 1, false);
+        SetAbsent(type_.FieldAt(entered - 1));
     }
     entered = field.place + 1;
 }

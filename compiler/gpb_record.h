@@ -118,7 +118,7 @@ public:
         const GpbRecordValue *const words = Words();
         for (size_t word = type_.BitWords(); word-- > 0;)
         {
-            const GpbRecordField *const fields = type_.Fields() + word * WORD_BITS;
+            const GpbRecordField *const fields = type_.Fields() + word * GpbRecordType::WORD_BITS;
             for (uint64_t bits = words[word].number; bits != 0;)
             {
                 const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
@@ -136,8 +136,7 @@ protected:
     google::protobuf::Metadata GetMetadata() const override;
 
 private:
-    static constexpr size_t WORD_BITS = 64;
-    static constexpr unsigned HIGHEST_BIT = 63;
+    static constexpr unsigned HIGHEST_BIT = GpbRecordType::WORD_BITS - 1;
 
     // Bytes of a number with its tag, and of a tag and a length, as far as most documents go.
     static constexpr size_t NUMBER_BYTES = 5;
@@ -153,31 +152,30 @@ private:
     uint32_t *Cases() { return reinterpret_cast<uint32_t *>(Words() + type_.CaseWord()); }
     const uint32_t *Cases() const { return const_cast<GpbRecord *>(this)->Cases(); }
 
-    bool IsPresent(uint32_t place) const
-    {
-        return ((Words()[place / WORD_BITS].number >> (place % WORD_BITS)) & 1U) != 0;
-    }
-
-    void SetPresent(uint32_t place, bool isPresent)
-    {
-        uint64_t &bits = Words()[place / WORD_BITS].number;
-        const uint64_t others = bits & ~(UINT64_C(1) << (place % WORD_BITS));
-        bits = others | (uint64_t{isPresent} << (place % WORD_BITS));
-    }
+    bool IsPresent(const GpbRecordField &field) const { return (Words()[field.bitWord].number & field.bit) != 0; }
+    void SetPresent(const GpbRecordField &field) { Words()[field.bitWord].number |= field.bit; }
+    void SetAbsent(const GpbRecordField &field) { Words()[field.bitWord].number &= ~field.bit; }
 
     void Put(const GpbRecordField &field, GpbRecordValue value, bool isSomething)
     {
-        if (field.isRepeated)
+        if (!field.isPlain)
         {
-            Append(field, value);
-            return;
-        }
-        if (field.choice != 0)
-        {
+            if (field.isRepeated)
+            {
+                Append(field, value);
+                return;
+            }
             EnterCase(field);
         }
         Words()[field.word] = value;
-        SetPresent(field.place, isSomething || field.hasPresence);
+        if (isSomething || field.hasPresence)
+        {
+            SetPresent(field);
+        }
+        else
+        {
+            SetAbsent(field);
+        }
     }
 
     void Append(const GpbRecordField &field, GpbRecordValue value);

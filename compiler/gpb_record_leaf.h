@@ -3,21 +3,22 @@
 #define GPB_COMPILER_GPB_RECORD_LEAF_H
 
 #include "compiler/gpb_record.h"
+#include "compiler/gpb_translator_table.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
-/// Does with a record what the translator of the field's type does with a message; the same codes. The field is of a
-/// type that has a translator.
+/// Does with a record what the translator of the field's type does with a message; the same codes.
 unsigned int GpbStoreInRecord(GpbRecord &record, const google::protobuf::FieldDescriptor *field, const char *text);
 
 /// Stores the values of an enum leaf in a field of the record's type.
 unsigned int GpbStoreEnumInRecord(GpbRecord &record, const GpbRecordField &field, const char *text);
 
-/// Stores a leaf's text in a layer's message, for which `translate` is the translator of the field's type.
+/// Stores a leaf's text in a layer's message, by the translator of the field's type unless the message is a record;
+/// GPB_COMPILER_NO_TRANSLATOR for a field of a type that has none.
 inline unsigned int GpbStoreLeaf(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
-                                 GpbStrTransFunc translate, const char *text)
+                                 const GpbTranslators &translators, const char *text)
 {
     GpbRecord *record = GpbRecordOf(layer.pstMessage);
-    return record == nullptr ? translate(layer, field, text) : GpbStoreInRecord(*record, field, text);
+    return record == nullptr ? GpbTranslate(layer, field, translators, text) : GpbStoreInRecord(*record, field, text);
 }
 
 #endif

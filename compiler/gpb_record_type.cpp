@@ -71,6 +71,7 @@ GpbRecordField Describe(const FieldDescriptor *field)
     described.tag = (static_cast<uint32_t>(field->number()) << WIRE_TYPE_BITS) | wireType;
     const auto *choice = field->real_containing_oneof();
     described.choice = choice == nullptr ? 0 : static_cast<uint32_t>(choice->index()) + 1;
+    described.isPlain = !described.isRepeated && described.choice == 0;
     return described;
 }
 
@@ -94,7 +95,6 @@ GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : d
 // The bits, then the words of the choices, of the other fields, and the cases.
 void GpbRecordType::LayOut()
 {
-    constexpr size_t WORD_BITS = 64;
     bitWords_ = fields_.size() / WORD_BITS + 1;
     caseWord_ = bitWords_ + ChoiceCount();
     byIndex_.resize(fields_.size());
@@ -102,6 +102,8 @@ void GpbRecordType::LayOut()
     {
         GpbRecordField &field = fields_[place];
         field.place = static_cast<uint32_t>(place);
+        field.bitWord = static_cast<uint32_t>(place / WORD_BITS);
+        field.bit = UINT64_C(1) << (place % WORD_BITS);
         field.word = static_cast<uint32_t>(field.choice == 0 ? caseWord_++ : bitWords_ + field.choice - 1);
         byIndex_[static_cast<size_t>(field.field->index())] = &field;
     }

@@ -30,11 +30,14 @@ struct GpbRecordField
     const GpbRecordType *type = nullptr;     ///< of a message field
     const GpbEnumNames *enumNames = nullptr; ///< of an enum field
     uint32_t tag = 0;                        ///< as written before a value, or before all of them when they are packed
-    uint32_t place = 0;                      ///< its index in the order of the numbers
     uint32_t choice = 0;                     ///< number of its oneof, counted from 1; 0 outside of oneofs
+    uint32_t place = 0;                      ///< its index in the order of the numbers
     uint32_t word = 0;                       ///< of records, which has its value; the cases of a choice share one
+    uint32_t bitWord = 0;                    ///< of records, which tells by `bit` whether the field is there
+    uint64_t bit = 0;
     GpbWireForm form = GpbWireForm::VARINT;
     google::protobuf::FieldDescriptor::CppType kind = google::protobuf::FieldDescriptor::CPPTYPE_INT32;
+    bool isPlain = false; ///< neither repeated nor of a choice
     bool isRepeated = false;
     bool isPacked = false;
     bool isRequired = false;
@@ -88,6 +91,8 @@ public:
     {
         return field->containing_type() == descriptor_ ? byIndex_[static_cast<size_t>(field->index())] : nullptr;
     }
+
+    static constexpr size_t WORD_BITS = 64; ///< fields that a word has bits for
 
 private:
     void LayOut();

@@ -103,6 +103,10 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
 unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
                                                 GpbCompilerStack &stStack)
 {
+    if (GpbPushRecordLayer(pvLibHandle, stStack, pstField))
+    {
+        return GPB_COMPILER_OK;
+    }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
     GpbCompilerStackLayer layer;
@@ -128,7 +132,7 @@ unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
                    GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, layer.pstDescriptor);
     if (GpbIsPathRead(pvLibHandle, pushed))
     {
         GenerateXPath(pushed, &upper, pstField);
