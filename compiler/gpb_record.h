@@ -111,9 +111,10 @@ public:
     /// Whether no required field is missing, here and in what lies in it.
     bool IsWhole() const;
 
-    /// Calls `visit(field, value)` for each field that is there, the one with the highest number first.
+    /// Calls `visit(field, value)` for each field that is there, the one with the highest number first. A part of its
+    /// callers, whose visits are short.
     template <typename Visit>
-    void ForEachFromLast(const Visit &visit) const
+    [[gnu::always_inline]] void ForEachFromLast(const Visit &visit) const
     {
         const GpbRecordValue *const words = Words();
         for (size_t word = type_.BitWords(); word-- > 0;)
@@ -121,9 +122,10 @@ public:
             const GpbRecordField *const fields = type_.Fields() + word * GpbRecordType::WORD_BITS;
             for (uint64_t bits = words[word].number; bits != 0;)
             {
-                const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
-                bits &= ~(UINT64_C(1) << bit);
-                visit(fields[bit], words[fields[bit].word]);
+                const unsigned bit = HIGHEST_BIT ^ static_cast<unsigned>(__builtin_clzll(bits));
+                bits ^= UINT64_C(1) << bit;
+                const GpbRecordField &field = fields[bit];
+                visit(field, words[field.word]);
             }
         }
     }

@@ -30,13 +30,12 @@ unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stSt
 {
     for (xmlNode *node = pstNode; node != nullptr; node = node->next)
     {
-        const bool isTop = stStack.uiLayerNum == 0;
         unsigned int result = GPB_COMPILER_OK;
-        bool stops = ucStopOnError != 0;
+        bool stops = false;
         switch (GpbClassifyXmlNode(node))
         {
         case GpbXmlNodeKind::IGNORED:
-            break;
+            continue;
         case GpbXmlNodeKind::EMPTY:
             result = ProcXmlEmptyLeafNode(node, stStack);
             stops = true;
@@ -45,13 +44,13 @@ unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stSt
             result = ProcXmlLeafNode(node, stStack);
             break;
         case GpbXmlNodeKind::CONTAINER:
-            result = ProcXmlContainerNode(node, stStack);
             // Below the top a failing container is logged and passed over. The top is the whole document: what fails
             // there has to reach the caller.
-            stops = stops || isTop;
+            stops = stStack.uiLayerNum == 0;
+            result = ProcXmlContainerNode(node, stStack);
             break;
         }
-        if (result != GPB_COMPILER_OK && stops)
+        if (result != GPB_COMPILER_OK && (stops || ucStopOnError != 0))
         {
             return result;
         }
