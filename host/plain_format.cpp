@@ -9,10 +9,6 @@
 namespace
 {
 
-/** Behind the point of "%.14g". */
-constexpr char kFourteenDigits[] = "14g";
-constexpr size_t kFourteenDigitsLength = sizeof(kFourteenDigits) - 1;
-
 /** A text that is cut at the end of its room, and counted to its own end. */
 class Text
 {
@@ -64,6 +60,12 @@ private:
     size_t m_length = 0;
 };
 
+/** Whether this stands behind the point of "%.14g". */
+bool isFourteenDigits(const char *precision)
+{
+    return precision[0] == '1' && precision[1] == '4' && precision[2] == 'g';
+}
+
 /** Characters before the next conversion or the end. */
 size_t plainLength(const char *formatText)
 {
@@ -85,9 +87,11 @@ int formatPlainly(char *destination, size_t room, const char *formatText, va_lis
     Text text(destination, room);
     for (;;)
     {
-        const size_t length = plainLength(formatText);
-        text.add(formatText, length);
-        const char *const conversion = formatText + length;
+        const char *const conversion = formatText + plainLength(formatText);
+        if (conversion != formatText)
+        {
+            text.add(formatText, static_cast<size_t>(conversion - formatText));
+        }
         if (*conversion == '\0')
         {
             return text.finish();
@@ -106,10 +110,10 @@ int formatPlainly(char *destination, size_t room, const char *formatText, va_lis
             isDone = text.addArgument(va_arg(args, unsigned));
             break;
         case '.':
-            if (std::strncmp(formatText, kFourteenDigits, kFourteenDigitsLength) == 0)
+            if (isFourteenDigits(formatText))
             {
                 isDone = text.addArgument(va_arg(args, double));
-                formatText += kFourteenDigitsLength;
+                formatText += std::strlen("14g");
             }
             break;
         default:
