@@ -14,7 +14,8 @@ std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
     return std::unique_ptr<GpbRecord>(new (memory) GpbRecord(type, arena, nullptr));
 }
 
-GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
+[[gnu::always_inline]] inline GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena,
+                                                   const GpbRecord *parent)
     : type_(type), arena_(arena), parent_(parent)
 {
     // Most types have one word of bits and no choice.
