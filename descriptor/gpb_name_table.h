@@ -29,7 +29,7 @@ class GpbNameGuess
 {
 public:
     GpbNameGuess() = default;
-    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | uint32_t{isTried}) {}
+    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | (isTried ? 1U : 0U)) {}
 
     uint32_t Place() const { return code_ >> 1U; }
     bool IsTried() const { return (code_ & 1U) != 0; }
