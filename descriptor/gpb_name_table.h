@@ -63,7 +63,7 @@ public:
             guess = {guessed.next, true};
             return guessed;
         }
-        const GpbNamedField &found = LookUp(nodeName);
+        const GpbNamedField &found = LookUp(nodeName, memo);
         guess = {found.next, &found == &guessed};
         return found;
     }
@@ -74,7 +74,8 @@ private:
                  const std::set<std::string_view> &names);
 
     static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo);
-    const GpbNamedField &LookUp(const char *nodeName) const;
+    const GpbNamedField &LookUp(const char *nodeName, GpbNameMemo *memo) const;
+    bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
 
