@@ -47,7 +47,7 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
                                         const char *file, uint32_t line)
 {
     GpbHostAllocation allocation{nullptr, size, moduleId, partition, file, line};
-    const bool fails = host::areOrdersGiven() && host::isOrderedToFail(GPB_HOST_MALLOC, call);
+    const bool fails = host::isAttentionPaidTo(host::kOrders) && host::isOrderedToFail(GPB_HOST_MALLOC, call);
     void *const memory = fails ? nullptr : allocate(call, allocation);
     allocation.pvMem = memory;
     const GpbHostEventKind kind = memory != nullptr ? GPB_HOST_EVENT_MALLOC : GPB_HOST_EVENT_MALLOC_FAILED;
@@ -77,12 +77,6 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
     host::notify(makeEvent(GPB_HOST_EVENT_FREE, allocation, file, line));
 }
 
-/** Neither another thread nor an observer: the way of most calls is short then, without a lock and an event. */
-bool isUndisturbed()
-{
-    return host::isOnlyThread() && !host::isObserved();
-}
-
 } // namespace
 
 // Any number but 0, so that a caller who does not pass the partition on is found out.
@@ -92,7 +86,7 @@ void *ZMP_Malloc_F(uint32_t uiModuleId, uint8_t ucPartition, size_t uiSize, cons
 {
     const uint64_t call = host::countCall(GPB_HOST_MALLOC);
     const GpbHostAllocation allocation{nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine};
-    if (isUndisturbed() && host::isForSmallBlock(uiSize) && !host::areOrdersGiven())
+    if (host::isUndisturbed() && host::isForSmallBlock(uiSize))
     {
         if (void *const memory = host::takeSmallBlock(host::g_shards[0], call, allocation))
         {
@@ -108,7 +102,7 @@ void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
     {
         return;
     }
-    if (isUndisturbed())
+    if (host::isUndisturbed())
     {
         host::Region *const region = host::findUsedRegion(pvMem);
         if (region != nullptr && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
