@@ -1,4 +1,5 @@
 /** Generic trees. Every walk is a loop, so that a tree may be as deep as memory allows. */
+#include "likely.h"
 #include "platform_exports.h"
 
 namespace
@@ -50,6 +51,20 @@ void detach(CmfTreeNode *node)
     node->pstPrevSibling = nullptr;
 }
 
+/** The node that follows a node and all its descendants, in the subtree of `start`; null when that ends. */
+[[gnu::always_inline]] inline CmfTreeNode *nextBehind(const CmfTreeNode *node, const CmfTreeNode *start)
+{
+    while (host::isLikely(node != start && node != nullptr))
+    {
+        if (host::isLikely(node->pstNextSibling != nullptr))
+        {
+            return node->pstNextSibling;
+        }
+        node = node->pstParent;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 void CMF_TREE_AddChildLast(CmfTreeNode *pstParent, CmfTreeNode *pstChild, uint32_t)
@@ -98,10 +113,9 @@ CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t)
     }
     const CmfTreeNode *node = pstIter->pstCurrent;
     CmfTreeNode *next = node->pstFirstChild;
-    while (next == nullptr && node != pstIter->pstStart && node != nullptr)
+    if (host::isLikely(next == nullptr))
     {
-        next = node->pstNextSibling;
-        node = node->pstParent;
+        next = nextBehind(node, pstIter->pstStart);
     }
     pstIter->pstCurrent = next;
     return next;
