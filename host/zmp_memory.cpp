@@ -79,6 +79,8 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
 
 } // namespace
 
+std::atomic<bool> host::g_isMemoryFilled{true};
+
 // Any number but 0, so that a caller who does not pass the partition on is found out.
 uint8_t g_aucZmpMemPt[] = {7};
 
@@ -111,4 +113,9 @@ void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
         }
     }
     releaseAndTell(pvMem, pcFile, uiLine);
+}
+
+void GpbHost_FillMemory(int iOn)
+{
+    host::g_isMemoryFilled.store(iOn != 0, std::memory_order_relaxed);
 }
