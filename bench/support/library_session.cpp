@@ -8,6 +8,8 @@
 #include <google/protobuf/compiler/importer.h>
 #include <libxml/parser.h>
 
+#include "gpb_templatelib/gpb_host.h"
+
 namespace gpbbench
 {
 
@@ -30,6 +32,8 @@ std::string MakeTemporaryDirectory()
 
 LibrarySession::LibrarySession() : directory_(MakeTemporaryDirectory())
 {
+    // The memory that the peers use is filled by nobody either.
+    GpbHost_FillMemory(0);
     GpbLibInitParam param = {};
     param.uiModuleId = MODULE_ID;
     context_ = GPBLIB_Initial(&param);
