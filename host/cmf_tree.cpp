@@ -15,7 +15,7 @@ bool wouldCloseRing(const CmfTreeNode *parent, const CmfTreeNode *child)
     {
         return true;
     }
-    if (child->pstFirstChild == nullptr)
+    if (host::isLikely(child->pstFirstChild == nullptr))
     {
         return false; // the ancestor of nothing; this keeps building a deep chain linear
     }
@@ -27,6 +27,21 @@ bool wouldCloseRing(const CmfTreeNode *parent, const CmfTreeNode *child)
         }
     }
     return false;
+}
+
+/** Takes the first child out of its parent's children; returns the node to go on with, the parent after its last. */
+CmfTreeNode *unlinkFirstChild(const CmfTreeNode *node)
+{
+    CmfTreeNode *const parent = node->pstParent;
+    CmfTreeNode *const next = node->pstNextSibling;
+    parent->pstFirstChild = next;
+    if (host::isLikely(next != nullptr))
+    {
+        next->pstPrevSibling = nullptr;
+        return next;
+    }
+    parent->pstLastChild = nullptr;
+    return parent;
 }
 
 /** Takes a node out of its parent's children; its own links stay as they are. */
@@ -41,7 +56,7 @@ void unlink(const CmfTreeNode *node)
 
 void detach(CmfTreeNode *node)
 {
-    if (node == nullptr || node->pstParent == nullptr)
+    if (host::isLikely(node == nullptr || node->pstParent == nullptr))
     {
         return;
     }
@@ -136,13 +151,9 @@ void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
         {
             node = node->pstFirstChild;
         }
-        // Out of its parent before it goes: the callback of the parent then sees no released child.
-        CmfTreeNode *next = nullptr;
-        if (node != pstNode)
-        {
-            next = node->pstNextSibling != nullptr ? node->pstNextSibling : node->pstParent;
-            unlink(node);
-        }
+        // Out of its parent before it goes: the callback of the parent then sees no released child. Those before it
+        // went already, so that it is the first.
+        CmfTreeNode *const next = host::isLikely(node != pstNode) ? unlinkFirstChild(node) : nullptr;
         if (pfnFree != nullptr)
         {
             pfnFree(node);
