@@ -5,6 +5,7 @@
 #include "events.h"
 #include "faults.h"
 #include "ledger.h"
+#include "likely.h"
 #include "small_blocks.h"
 #include "threads.h"
 
@@ -42,10 +43,11 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
     return memory;
 }
 
-/** An allocation of any size, with its order to fail and with an observer. */
-[[gnu::noinline]] void *allocateAndTell(uint64_t call, uint32_t moduleId, uint8_t partition, size_t size,
-                                        const char *file, uint32_t line)
+/** A counted allocation of any size, with its order to fail and with an observer. */
+[[gnu::noinline]] void *allocateAndTell(uint32_t moduleId, uint8_t partition, size_t size, const char *file,
+                                        uint32_t line)
 {
+    const uint64_t call = host::countCall(GPB_HOST_MALLOC);
     GpbHostAllocation allocation{nullptr, size, moduleId, partition, file, line};
     const bool fails = host::isAttentionPaidTo(host::kOrders) && host::isOrderedToFail(GPB_HOST_MALLOC, call);
     void *const memory = fails ? nullptr : allocate(call, allocation);
@@ -86,16 +88,16 @@ uint8_t g_aucZmpMemPt[] = {7};
 
 void *ZMP_Malloc_F(uint32_t uiModuleId, uint8_t ucPartition, size_t uiSize, const char *pcFile, uint32_t uiLine)
 {
-    const uint64_t call = host::countCall(GPB_HOST_MALLOC);
-    const GpbHostAllocation allocation{nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine};
-    if (host::isUndisturbed() && host::isForSmallBlock(uiSize))
+    if (host::isLikely(host::isUndisturbed() && host::isForSmallBlock(uiSize)))
     {
-        if (void *const memory = host::takeSmallBlock(host::g_shards[0], call, allocation))
+        host::RegionList &open = host::openRegionsFor(host::g_shards[0], uiSize);
+        if (host::isLikely(open.first() != nullptr))
         {
-            return memory;
+            const uint64_t call = ++host::g_calls[GPB_HOST_MALLOC].alone();
+            return host::takeSmallBlock(open, call, {nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine});
         }
     }
-    return allocateAndTell(call, uiModuleId, ucPartition, uiSize, pcFile, uiLine);
+    return allocateAndTell(uiModuleId, ucPartition, uiSize, pcFile, uiLine);
 }
 
 void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
@@ -104,10 +106,10 @@ void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
     {
         return;
     }
-    if (host::isUndisturbed())
+    if (host::isLikely(host::isUndisturbed()))
     {
         host::Region *const region = host::findUsedRegion(pvMem);
-        if (region != nullptr && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
+        if (host::isLikely(region != nullptr) && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
         {
             return;
         }
