@@ -28,6 +28,7 @@
 #include "support/gpb_peers.h"
 #include "support/library_session.h"
 #include "support/workload.h"
+#include "support/xml_parser.h"
 
 namespace
 {
@@ -65,7 +66,7 @@ void UseNodeNames(cJSON *item)
 // Protobuf's JSON of the message that an XML document stands for.
 std::string ProtobufJson(const google::protobuf::DescriptorPool *pool, const Workload &workload)
 {
-    const gpbbench::XmlDocument document = gpbbench::ParseXml(workload.xmlText);
+    const gpbbench::XmlDocument document = gpbbench::XmlParser().Parse(workload.xmlText);
     const gpbbench::GpbPeers<XmlDom> peers(pool, workload.topMessage, xmlDocGetRootElement(document.get()));
     const std::unique_ptr<Message> message(peers.Prototype().New());
     google::protobuf::util::JsonPrintOptions options;
