@@ -1,17 +1,13 @@
 // JSON to GPB: leaves.
-#include <charconv>
 #include <cjson/cJSON.h>
-#include <cmath>
 #include <cstdint>
 #include <google/protobuf/descriptor.h>
-#include <iterator>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
-#include "compiler/gpb_number_text.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -30,60 +26,8 @@ constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
 constexpr char PRESENT[] = "true";
 constexpr char NO_TEXT[] = "";
 
-// Writes a decimal number as printf does with fourteen digits, if it has no more than those and at most four behind the
-// point; else null. Of all decimals of so few digits, only one is read as this number: that is the one which printf
-// writes, too.
-char *WriteShortDecimal(double value, char *out)
-{
-    constexpr double FIFTEEN_DIGITS = 1e14;
-    constexpr uint64_t SCALES[] = {10, 100, 1000, 10000};
-    const double size = std::fabs(value);
-    for (const uint64_t scale : SCALES)
-    {
-        const double scaled = size * static_cast<double>(scale);
-        if (!(scaled < FIFTEEN_DIGITS - 1))
-        {
-            return nullptr;
-        }
-        const auto digits = static_cast<uint64_t>(scaled + 1.0 / 2);
-        if (static_cast<double>(digits) / static_cast<double>(scale) != size)
-        {
-            continue;
-        }
-        if (std::signbit(value))
-        {
-            *out++ = '-';
-        }
-        // The digit before the fraction keeps its zeros.
-        char *const end = std::to_chars(out, out + GPB_JSON_NUMBER_SIZE / 2, digits / scale).ptr;
-        char *const fraction = std::to_chars(end, end + GPB_JSON_NUMBER_SIZE / 4, scale + digits % scale).ptr;
-        *end = '.';
-        return fraction;
-    }
-    return nullptr;
-}
-
-// A number with fourteen digits. Most are whole, or have few digits behind the point: those are written without the
-// platform.
-const char *NumberText(double value, char (&number)[GPB_JSON_NUMBER_SIZE])
-{
-    constexpr double FIFTEEN_DIGITS = 1e14;
-    if (value > -FIFTEEN_DIGITS && value < FIFTEEN_DIGITS && !(value == 0 && std::signbit(value)))
-    {
-        const auto whole = static_cast<int64_t>(value);
-        char *const end = static_cast<double>(whole) == value
-                              ? std::to_chars(std::begin(number), std::end(number) - 1, whole).ptr
-                              : (GpbPointIsDot() ? WriteShortDecimal(value, number) : nullptr);
-        if (end != nullptr)
-        {
-            *end = '\0';
-            return number;
-        }
-    }
-    return sprintf_s(number, sizeof(number), "%.14g", value) < 0 ? nullptr : number;
-}
-
-// The text of a value as the translators read it; null for a value that is none. `number` is the room for a number.
+// The text of a value as the translators read it; null for a value that is none, or a number that cannot be printed.
+// `number` is the room for a number.
 const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
 {
     switch (GpbJsonType(item))
@@ -93,7 +37,7 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
     case cJSON_True:
         return "true";
     case cJSON_Number:
-        return NumberText(item->valuedouble, number);
+        return sprintf_s(number, sizeof(number), "%.14g", item->valuedouble) < 0 ? nullptr : number;
     case cJSON_String:
         return item->valuestring;
     default:

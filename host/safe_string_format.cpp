@@ -6,11 +6,26 @@
 #include <cstdio>
 
 #include "faults.h"
+#include "plain_format.h"
 
 namespace
 {
 
 constexpr int kFailed = -1;
+
+/** As vsnprintf. */
+GPB_PRINTF_LIKE(3, 0)
+int formatAny(char *destination, size_t room, const char *formatText, va_list args)
+{
+    // Every caller hands over a list that it has started, which the analyzer does not see.
+    // NOLINTBEGIN(clang-analyzer-valist.Uninitialized)
+    va_list plainArgs;
+    va_copy(plainArgs, args);
+    const int length = host::formatPlainly(destination, room, formatText, plainArgs);
+    va_end(plainArgs);
+    return length != host::kNotPlain ? length : vsnprintf(destination, room, formatText, args);
+    // NOLINTEND(clang-analyzer-valist.Uninitialized)
+}
 
 /**
  * Formats into a buffer of `room` bytes at most, whose whole size is `size`; the text is cut to `room` - 1 characters.
@@ -24,8 +39,7 @@ int format(char *destination, size_t size, size_t room, const char *formatText, 
     {
         return kFailed;
     }
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): every caller hands over a list that it has started
-    const int length = isToFail ? kFailed : vsnprintf(destination, room, formatText, args);
+    const int length = isToFail ? kFailed : formatAny(destination, room, formatText, args);
     if (length < 0)
     {
         *destination = '\0';

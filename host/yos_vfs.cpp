@@ -15,8 +15,9 @@ enum class PathKind
 
 PathKind kindOf(const char *path)
 {
+    // An empty path names nothing. It is asked for often, where no patch directory is set, and needs no system call.
     struct stat status = {};
-    if (path == nullptr || stat(path, &status) != 0)
+    if (path == nullptr || *path == '\0' || stat(path, &status) != 0)
     {
         return PathKind::kNone;
     }

@@ -227,7 +227,7 @@ TEST_F(JsonPartTest, GivesAnEmptyMessageAsZeroBytes)
 
 TEST_F(JsonPartTest, SurvivesEachFailingPlatformCall)
 {
-    const JsonTree tree(R"({"plant":{"ratio":1.00005,"level":5,"first-name":"a","state":"up","states":["none","2g"],
+    const JsonTree tree(R"({"plant":{"ratio":1.5,"level":5,"first-name":"a","state":"up","states":["none","2g"],
                             "boxes":[{"label":"x"}],"left-leaf":"l","plain":null}})");
     const uint64_t calls = failEachCall(
         [&](const FaultRun &run)
@@ -240,7 +240,7 @@ TEST_F(JsonPartTest, SurvivesEachFailingPlatformCall)
             if (!run.fails())
             {
                 EXPECT_TRUE(judge().holds("plant.Plant", result.bytes,
-                                          "ratio:1.00005 level:5 first_name:'a' state:State_UP states:State_NONE "
+                                          "ratio:1.5 level:5 first_name:'a' state:State_UP states:State_NONE "
                                           "states:State_X_2G boxes{label:'x'} plain:''"));
             }
         });
@@ -250,10 +250,13 @@ TEST_F(JsonPartTest, SurvivesEachFailingPlatformCall)
 TEST_F(JsonPartTest, FailsWhenANumberCannotBePrinted)
 {
     const auto compiler = open<OpenJsonCompiler>("plant");
-    const JsonTree tree(R"({"plant":{"level":5.00005}})");
-    GpbHost_FailCall(GPB_HOST_SPRINTF, 1);
-    EXPECT_EQ(1u, compiler->EncodeJson(tree.root(), tree.root()));
-    EXPECT_LOG(log(), iterateLine(1));
+    for (const char *const number : {"5", "5.5", "5.00005", "1e30"})
+    {
+        const JsonTree tree(std::string("{\"plant\":{\"level\":") + number + "}}");
+        GpbHost_FailCall(GPB_HOST_SPRINTF, 1);
+        EXPECT_EQ(1u, compiler->EncodeJson(tree.root(), tree.root())) << number;
+        EXPECT_LOG(log(), iterateLine(1));
+    }
 }
 
 TEST_F(JsonPartTest, IsSilentWhenNobodyListens)

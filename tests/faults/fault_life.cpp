@@ -41,7 +41,7 @@ const char *const kFaultXml =
 const char *const kFaultJson =
     R"({"top":{"name":"a name that does not fit into a string itself","colors":["red","green"],)"
     R"("list":[{"key":"k","a-leaf":"a leaf that does not fit into a string itself"},)"
-    R"({"number":2,"item":[{"n":-1},{"n":1}]}],"box":{"box":{"label":"label"}},"deep-leaf":1.00005,"mb-leaf":7,)"
+    R"({"number":2,"item":[{"n":-1},{"n":1}]}],"box":{"box":{"label":"label"}},"deep-leaf":1.5,"mb-leaf":7,)"
     R"("flag":null}})";
 
 const char *const kIdentityModule = "identity";

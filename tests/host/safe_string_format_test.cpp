@@ -1,8 +1,16 @@
 /** Bounds-checked formatters, at the limit and one beyond. */
+#include <algorithm>
 #include <array>
+#include <climits>
 #include <clocale>
+#include <cmath>
+#include <cstdarg>
 #include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "platform/safe_string.h"
 #include "support/platform_fixture.h"
@@ -19,6 +27,33 @@ __attribute__((format(printf, 3, 4))) int formatWithList(char *destination, size
     const int length = vsnprintf_truncated_s(destination, size, format, args);
     va_end(args);
     return length;
+}
+
+/** Compares a text, in every room up to one that is larger than needed, with what the C library makes of it. */
+__attribute__((format(printf, 1, 2))) void expectLikeCLibrary(const char *format, ...)
+{
+    constexpr size_t kEnough = 64;
+    va_list args;
+    va_start(args, format);
+    for (size_t room = 1; room <= kEnough; ++room)
+    {
+        std::array<char, kEnough> expected;
+        std::array<char, kEnough> formatted;
+        expected.fill(kUntouched);
+        formatted.fill(kUntouched);
+        va_list copy;
+        va_copy(copy, args);
+        const int length = std::vsnprintf(expected.data(), room, format, copy);
+        va_end(copy);
+        ASSERT_GE(length, 0) << format;
+        ASSERT_LT(static_cast<size_t>(length), kEnough) << format << ": too long to be compared";
+        va_copy(copy, args);
+        EXPECT_EQ(std::min(length, static_cast<int>(room) - 1),
+                  vsnprintf_truncated_s(formatted.data(), room, format, copy));
+        va_end(copy);
+        ASSERT_EQ(std::string(expected.data(), room), std::string(formatted.data(), room)) << format;
+    }
+    va_end(args);
 }
 
 class SafeStringFormatTest : public gpbtest::PlatformFixture
@@ -156,6 +191,74 @@ TEST_F(SafeStringFormatTest, FormatThatCannotBeCarriedOutGivesAnEmptyText)
     fill();
     EXPECT_EQ(-1, formatWithList(out(), 8, "ab%ls", m_unprintable));
     EXPECT_STREQ("", out());
+}
+
+TEST_F(SafeStringFormatTest, FormatsAsTheCLibraryDoes)
+{
+    const char *volatile const noText = nullptr; // volatile: unknown to the compiler's own check of formats
+    expectLikeCLibrary("text");
+    expectLikeCLibrary("100%%");
+    expectLikeCLibrary("%s", "");
+    expectLikeCLibrary("%s", "a text");
+    expectLikeCLibrary("%s%s.proto", "/opt/models/", "acme-box");
+    expectLikeCLibrary("[%s] type %u", "n", 4294967295U);
+    expectLikeCLibrary("%d,%d,%d,%d", 0, -1, INT_MAX, INT_MIN);
+    expectLikeCLibrary("%u-%s-%d", 0U, "between", 7);
+    expectLikeCLibrary("%.3s|%5s|%-5s|", "abcdef", "ab", "ab");
+    expectLikeCLibrary("%02x %lld %c %5d %i", 10U, -1LL, 'c', 3, 4);
+    expectLikeCLibrary("%s is left to it after %5.2f", "all", 1.005);
+    expectLikeCLibrary("%.14g %.14f %.1g", 0.25, 0.25, 0.25);
+    expectLikeCLibrary("(%s)", noText);
+}
+
+TEST_F(SafeStringFormatTest, FormatsNumbersWithFourteenDigitsAsTheCLibraryDoes)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    std::vector<double> numbers = {0.0,
+                                   1.0,
+                                   0.5,
+                                   0.1,
+                                   0.0001,
+                                   0.00001,
+                                   0.00005,
+                                   1.00005,
+                                   4.35,
+                                   2.675,
+                                   0.1 + 0.2,
+                                   123.4567,
+                                   10.01,
+                                   99999999999.999,
+                                   9999999999.9999,
+                                   99999999999.9999,
+                                   9999999999999.9,
+                                   9999999999999.95,
+                                   99999999999999.0,
+                                   99999999999999.4,
+                                   99999999999999.5,
+                                   1e14,
+                                   1e15,
+                                   1e300,
+                                   1e-7,
+                                   5e-324,
+                                   9007199254740993.0,
+                                   std::numeric_limits<double>::max(),
+                                   kInfinity,
+                                   std::numeric_limits<double>::quiet_NaN()};
+    std::mt19937_64 random(14);
+    for (const double scale : {1.0, 10.0, 100.0, 1000.0, 10000.0, 100000.0})
+    {
+        for (int i = 0; i < 2000; ++i)
+        {
+            const uint64_t digits = random() % 1000000000000000 >> random() % 40;
+            numbers.push_back(static_cast<double>(digits) / scale);
+            numbers.push_back(std::nextafter(static_cast<double>(digits) / scale, kInfinity));
+        }
+    }
+    for (const double number : numbers)
+    {
+        ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", number));
+        ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", -number));
+    }
 }
 
 TEST_F(SafeStringFormatTest, ProvokedFailuresGiveAnEmptyText)
