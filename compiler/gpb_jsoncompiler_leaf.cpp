@@ -45,37 +45,53 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
     }
 }
 
+// A leaf in a case, or a member of a choice. `store(layer)` stores it.
+template <typename Store>
+[[gnu::noinline]] unsigned int StoreChosenLeaf(void *libHandle, const cJSON *item, const GpbFoundField found,
+                                               GpbCompilerStack &stack, const Store store)
+{
+    const uint32_t layerNum = stack.uiLayerNum;
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GpbReportJsonLeafCaseFailed(libHandle, GpbJsonLogKey(item), GpbTopLayer(stack));
+            return result;
+        }
+    }
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stack);
+    unsigned int result = GPB_COMPILER_OK;
+    {
+        const GpbCaseSwitch caseSwitch(stack, layer.pstMessage, found.field);
+        result = store(layer);
+    }
+    stack.uiLayerNum = layerNum;
+    return result;
+}
+
 } // namespace
 
 // Flat, since most of a document are leaves.
 [[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
 {
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
-    const GpbFoundField found = pstFieldFinder->FindNode(layer->pstDescriptor, pstItem->string, layerNum + 1);
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
+    const GpbFoundField found = pstFieldFinder->FindNode(layer.pstDescriptor, pstItem->string, stStack.uiLayerNum + 1);
     if (found.field == nullptr)
     {
-        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), *layer);
+        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), layer);
         return GPB_COMPILER_ERR;
     }
-    if (found.caseField != nullptr)
+    const auto store = [&](const GpbCompilerStackLayer &top)
     {
-        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
-        if (result != GPB_COMPILER_OK)
-        {
-            GpbReportJsonLeafCaseFailed(pvLibHandle, GpbJsonLogKey(pstItem), GpbTopLayer(stStack));
-            return result;
-        }
-        layer = &GpbTopLayer(stStack);
-    }
-    unsigned int result = GPB_COMPILER_OK;
+        return GpbJsonType(pstItem) == cJSON_NULL ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
+                                                  : FillLeafField(top, found.field, pstItem);
+    };
+    if (found.caseField != nullptr || found.field->containing_oneof() != nullptr)
     {
-        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
-        result = GpbJsonType(pstItem) == cJSON_NULL ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
-                                                    : FillLeafField(*layer, found.field, pstItem);
+        return StoreChosenLeaf(pvLibHandle, pstItem, found, stStack, store);
     }
-    stStack.uiLayerNum = layerNum;
-    return result;
+    return store(layer);
 }
 
 unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerStack &stStack,
