@@ -24,8 +24,9 @@ public:
             *Extend(1) = static_cast<char>(value);
             return;
         }
-        const unsigned bits = WORD_BITS - static_cast<unsigned>(__builtin_clzll(value));
-        const size_t size = (bits + BITS_PER_BYTE - 1) / BITS_PER_BYTE;
+        // Seven bits to a byte: for all 64 numbers of bits, what the division by seven gives.
+        const unsigned highest = HIGHEST_BIT ^ static_cast<unsigned>(__builtin_clzll(value));
+        const size_t size = (highest * 9U + 73U) / 64U;
         char *at = Extend(size);
         for (; value >= MORE; value >>= BITS_PER_BYTE)
         {
@@ -34,14 +35,29 @@ public:
         *at = static_cast<char>(value);
     }
 
-    /// The lowest `size` bytes of a number, the lowest one first.
-    void Fixed(uint64_t value, size_t size)
+    /// A number with a tag before it.
+    void Varint(uint64_t value, uint32_t tag)
     {
-        char *at = Extend(size);
-        for (size_t i = 0; i < size; ++i)
+        // Most take a byte each.
+        if ((value | tag) < MORE && Room() >= 2)
         {
-            at[i] = static_cast<char>(value >> (BYTE_BITS * i));
+            char *const at = begin_ - 2;
+            begin_ = at;
+            at[0] = static_cast<char>(tag);
+            at[1] = static_cast<char>(value);
+            return;
         }
+        Varint(value);
+        Varint(tag);
+    }
+
+    /// The bytes of a number, the lowest one first.
+    void Fixed32(uint32_t value) { Put(Extend(sizeof(value)), value); }
+    void Fixed64(uint64_t value)
+    {
+        char *at = Extend(sizeof(value));
+        Put(at, static_cast<uint32_t>(value));
+        Put(at + sizeof(uint32_t), static_cast<uint32_t>(value >> HALF));
     }
 
     void Text(std::string_view text)
@@ -60,12 +76,22 @@ public:
 private:
     static constexpr uint64_t MORE = 0x80;
     static constexpr unsigned BITS_PER_BYTE = 7;
-    static constexpr unsigned BYTE_BITS = 8;
-    static constexpr unsigned WORD_BITS = 64;
+    static constexpr unsigned HIGHEST_BIT = 63;
+    static constexpr unsigned HALF = 32;
+
+    static void Put(char *at, uint32_t value)
+    {
+        at[0] = static_cast<char>(value);
+        at[1] = static_cast<char>(value >> 8U);
+        at[2] = static_cast<char>(value >> 16U);
+        at[3] = static_cast<char>(value >> 24U);
+    }
+
+    size_t Room() const { return static_cast<size_t>(begin_ - first_); }
 
     char *Extend(size_t size)
     {
-        if (static_cast<size_t>(begin_ - first_) < size)
+        if (Room() < size)
         {
             Grow(size);
         }

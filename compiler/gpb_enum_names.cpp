@@ -49,6 +49,15 @@ size_t ByteCount(const Descriptor *message, const EnumDescriptor *type)
     return bytes;
 }
 
+// Every character, and the escape before a digit, may take two places.
+constexpr size_t LongestNameOf(size_t length)
+{
+    return (length + 1) * sizeof(GPB_ENUM_ESCAPE);
+}
+
+constexpr size_t LONGEST_VALUE = GPB_NAME_SIZE / sizeof(GPB_ENUM_ESCAPE) - 1;
+static_assert(LongestNameOf(LONGEST_VALUE) <= GPB_NAME_SIZE, "a value's name fits its buffer");
+
 } // namespace
 
 GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type)
@@ -62,32 +71,41 @@ GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type
                  });
 }
 
-const int *GpbEnumNames::Find(std::string_view yangValue) const
+const int *GpbEnumNames::Take(const char *&text) const
 {
-    // Every character, and the escape before a digit, may take two places.
-    if (prefixLength_ + (yangValue.size() + 1) * sizeof(GPB_ENUM_ESCAPE) >= GPB_NAME_SIZE)
-    {
-        return nullptr;
-    }
     char rest[GPB_NAME_SIZE];
     char *out = rest;
-    if (!yangValue.empty() && GpbIsDigit(yangValue.front()))
+    const char *in = text;
+    if (GpbIsDigit(*in))
     {
         out = GpbWriteEnumEscape(out);
     }
-    for (const char c : yangValue)
+    for (; *in != '\0' && *in != ' '; ++in)
     {
-        if (GpbIsSpecial(c))
+        if (in == text + LONGEST_VALUE)
+        {
+            return nullptr;
+        }
+        if (GpbIsSpecial(*in))
         {
             out = GpbWriteEnumEscape(out);
         }
         else
         {
-            *out++ = GpbToUpper(c);
+            *out++ = GpbToUpper(*in);
         }
     }
+    if (prefixLength_ + LongestNameOf(static_cast<size_t>(in - text)) >= GPB_NAME_SIZE)
+    {
+        return nullptr;
+    }
     const uint32_t place = places_.Find(std::string_view(rest, static_cast<size_t>(out - rest)));
-    return place == GpbNameMap::NOTHING ? nullptr : &numbers_[place - 1];
+    if (place == GpbNameMap::NOTHING)
+    {
+        return nullptr;
+    }
+    text = *in == '\0' ? in : in + 1;
+    return &numbers_[place - 1];
 }
 
 bool GpbEnumNames::AreAllOf(const EnumDescriptor &type) const

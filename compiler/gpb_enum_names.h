@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <google/protobuf/descriptor.h>
-#include <string_view>
 #include <vector>
 
 #include "descriptor/gpb_name_map.h"
@@ -16,9 +15,10 @@ class GpbEnumNames
 public:
     GpbEnumNames(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
 
-    /// The number of a YANG value. Null for one that is not known here, and for one so long that its name might be cut:
-    /// the translator then has to search.
-    const int *Find(std::string_view yangValue) const;
+    /// The number of the YANG value at the begin of a text, which goes on to the next blank or to the end; steps over
+    /// both. Null, without a step, for a value that is not known here, and for one so long that its name might be cut:
+    /// it then has to be searched.
+    const int *Take(const char *&text) const;
 
     /// Whether the enum type has every number that a document can name.
     bool AreAllOf(const google::protobuf::EnumDescriptor &type) const;

@@ -8,6 +8,7 @@
 #include "compiler/gpb_json_log.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_record_leaf.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -18,6 +19,7 @@ using google::protobuf::FieldDescriptor;
 namespace
 {
 
+constexpr char FILL_LEAF[] = "FillLeafField";
 constexpr uint32_t LINE_NO_TRANSLATOR = 438;
 constexpr uint32_t LINE_TRANSLATE_FAILED = 474;
 constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
@@ -26,9 +28,8 @@ constexpr uint32_t LINE_EMPTY_LEAF_TYPE = 496;
 constexpr char PRESENT[] = "true";
 constexpr char NO_TEXT[] = "";
 
-// The text of a value as the translators read it; null for a value that is none, or a number that cannot be printed.
-// `number` is the room for a number.
-const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
+// The text of a value that is no number, as the translators read it; null for one that is none.
+const char *ValueText(const cJSON *item)
 {
     switch (GpbJsonType(item))
     {
@@ -36,8 +37,6 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
         return "false";
     case cJSON_True:
         return "true";
-    case cJSON_Number:
-        return sprintf_s(number, sizeof(number), "%.14g", item->valuedouble) < 0 ? nullptr : number;
     case cJSON_String:
         return item->valuestring;
     default:
@@ -45,44 +44,80 @@ const char *ValueText(const cJSON *item, char (&number)[GPB_JSON_NUMBER_SIZE])
     }
 }
 
-} // namespace
-
-// Flat, since most of a document are leaves.
-[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
+// What comes of a value that was not stored, or that has no text.
+[[gnu::noinline]] unsigned int LeaveOut(void *libHandle, const GpbCompilerStackLayer &layer,
+                                        const FieldDescriptor &field, const GpbTranslators &translators,
+                                        const cJSON *item, const char *text)
 {
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
-    const GpbFoundField found = pstFieldFinder->FindNode(layer->pstDescriptor, pstItem->string, layerNum + 1);
-    if (found.field == nullptr)
+    const auto type = static_cast<unsigned int>(field.type());
+    if (translators[type] == nullptr)
     {
-        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), *layer);
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_NO_TRANSLATOR,
+                   "Gpb Compiler fill leaf fail to find translator for node [%s] type %u.", GpbJsonLogKey(item), type);
         return GPB_COMPILER_ERR;
     }
+    if (text == nullptr)
+    {
+        return GPB_COMPILER_ERR;
+    }
+    // A value that the field does not take is left out; deliberately the rest of the document still counts.
+    GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_TRANSLATE_FAILED,
+               "Gpb Compiler  fill leaf fail to translator layer [%s].", layer.strXPath.c_str());
+    return GPB_COMPILER_OK;
+}
+
+unsigned int StoreText(void *libHandle, const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
+                       const GpbTranslators &translators, const cJSON *item, const char *text)
+{
+    if (text != nullptr && GpbStoreLeaf(layer, field, translators, text) == GPB_COMPILER_OK)
+    {
+        return GPB_COMPILER_OK;
+    }
+    return LeaveOut(libHandle, layer, *field, translators, item, text);
+}
+
+// A number is printed unless its field takes no text.
+[[gnu::noinline]] unsigned int StoreNumber(void *libHandle, const GpbCompilerStackLayer &layer,
+                                           const FieldDescriptor *field, const GpbTranslators &translators,
+                                           const cJSON *item)
+{
+    char number[GPB_JSON_NUMBER_SIZE] = {};
+    const bool isPrinted =
+        translators[field->type()] != nullptr && sprintf_s(number, sizeof(number), "%.14g", item->valuedouble) >= 0;
+    return StoreText(libHandle, layer, field, translators, item, isPrinted ? number : nullptr);
+}
+
+// A leaf in a case, or a member of a choice. `fill(layer, stack, field, item)` stores it in the top layer.
+template <typename Fill>
+[[gnu::noinline]] unsigned int FillInChoice(void *libHandle, cJSON *item, const GpbFoundField found,
+                                            GpbCompilerStack &stack, const Fill fill)
+{
+    const uint32_t layerNum = stack.uiLayerNum;
     if (found.caseField != nullptr)
     {
-        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stack);
         if (result != GPB_COMPILER_OK)
         {
-            GpbReportJsonLeafCaseFailed(pvLibHandle, GpbJsonLogKey(pstItem), GpbTopLayer(stStack));
+            GpbReportJsonLeafCaseFailed(libHandle, GpbJsonLogKey(item), GpbTopLayer(stack));
             return result;
         }
-        layer = &GpbTopLayer(stStack);
     }
     unsigned int result = GPB_COMPILER_OK;
     {
-        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
-        result = GpbJsonType(pstItem) == cJSON_NULL ? ProcJsonEmptyLeafNode(pstItem, stStack, found.field)
-                                                    : FillLeafField(*layer, found.field, pstItem);
+        const GpbCompilerStackLayer &layer = GpbTopLayer(stack);
+        const GpbCaseSwitch caseSwitch(stack, layer.pstMessage, found.field);
+        result = fill(layer, stack, found.field, item);
     }
-    stStack.uiLayerNum = layerNum;
+    stack.uiLayerNum = layerNum;
     return result;
 }
 
-unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerStack &stStack,
-                                                    const FieldDescriptor *pstField)
+} // namespace
+
+[[gnu::noinline]] unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerStack &stStack,
+                                                                      const FieldDescriptor *pstField)
 {
-    const GpbStrTransFunc translate = astStrTrans[pstField->type()];
-    if (translate == nullptr)
+    if (astStrTrans[pstField->type()] == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
@@ -93,32 +128,37 @@ unsigned int GpbJsonCompiler::ProcJsonEmptyLeafNode(cJSON *pstItem, GpbCompilerS
                 GpbJsonLogKey(pstItem), static_cast<int>(pstField->type()));
         return GPB_COMPILER_OK;
     }
-    return translate(GpbTopLayer(stStack), pstField,
-                     pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
+    return GpbStoreLeaf(GpbTopLayer(stStack), pstField, astStrTrans,
+                        pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
+}
+
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonLeafNode(cJSON *pstItem, GpbCompilerStack &stStack)
+{
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
+    const GpbFoundField &found = pstFieldFinder->FindNode(layer.pstDescriptor, pstItem->string, stStack.uiLayerNum + 1);
+    if (found.field == nullptr)
+    {
+        GpbReportNoJsonField(pvLibHandle, GpbJsonLogKey(pstItem), layer);
+        return GPB_COMPILER_ERR;
+    }
+    const auto fill =
+        [this](const GpbCompilerStackLayer &top, GpbCompilerStack &stack, const FieldDescriptor *field, cJSON *item)
+    {
+        return GpbJsonType(item) == cJSON_NULL ? ProcJsonEmptyLeafNode(item, stack, field)
+                                               : FillLeafField(top, field, item);
+    };
+    if (found.caseField != nullptr || found.field->containing_oneof() != nullptr)
+    {
+        return FillInChoice(pvLibHandle, pstItem, found, stStack, fill);
+    }
+    return fill(layer, stStack, found.field, pstItem);
 }
 
 unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
                                             cJSON *pstItem)
 {
-    const auto type = static_cast<unsigned int>(pstField->type());
-    const GpbStrTransFunc translate = astStrTrans[type];
-    if (translate == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_TRANSLATOR,
-                "Gpb Compiler fill leaf fail to find translator for node [%s] type %u.", GpbJsonLogKey(pstItem), type);
-        return GPB_COMPILER_ERR;
-    }
-    char number[GPB_JSON_NUMBER_SIZE] = {};
-    const char *text = ValueText(pstItem, number);
-    if (text == nullptr)
-    {
-        return GPB_COMPILER_ERR;
-    }
-    if (translate(stLayer, pstField, text) != GPB_COMPILER_OK)
-    {
-        // A value that the field does not take is left out; deliberately the rest of the document still counts.
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,
-                "Gpb Compiler  fill leaf fail to translator layer [%s].", stLayer.strXPath.c_str());
-    }
-    return GPB_COMPILER_OK;
+    return GpbJsonType(pstItem) == cJSON_Number
+               ? StoreNumber(pvLibHandle, stLayer, pstField, astStrTrans, pstItem)
+               : StoreText(pvLibHandle, stLayer, pstField, astStrTrans, pstItem, ValueText(pstItem));
 }

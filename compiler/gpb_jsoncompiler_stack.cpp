@@ -161,6 +161,10 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
 
 unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
+    if (GpbPushRecordLayer(pvLibHandle, stStack, pstField))
+    {
+        return GPB_COMPILER_OK;
+    }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.
     GpbCompilerStackLayer layer;
@@ -181,7 +185,7 @@ unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbComp
                    GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_JSON_STACK_FULL;
     }
-    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, pstField->message_type());
     if (GpbIsPathRead(pvLibHandle, pushed))
     {
         GenerateXPath(pushed, &upper, pstField);

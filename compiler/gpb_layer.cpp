@@ -18,6 +18,7 @@
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/safe_string.h"
 
+using google::protobuf::Descriptor;
 using google::protobuf::FieldDescriptor;
 using google::protobuf::FileDescriptor;
 using google::protobuf::Message;
@@ -114,14 +115,27 @@ void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *u
     path.append(before).append(".").append(GpbPbName(field));
 }
 
-GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const FieldDescriptor &field)
+GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, Message *message, const Descriptor *type)
 {
     GpbCompilerStackLayer &layer = stack.astLayer[stack.uiLayerNum];
     layer.strXPath.clear();
-    layer.pstDescriptor = field.message_type();
+    layer.pstDescriptor = type;
     layer.pstMessage = message;
     ++stack.uiLayerNum;
     return layer;
+}
+
+bool GpbPushRecordLayer(const void *libHandle, GpbCompilerStack &stack, const FieldDescriptor *field)
+{
+    GpbRecord *record = GpbRecordOf(GpbTopLayer(stack).pstMessage);
+    const GpbRecordField *container = record == nullptr ? nullptr : record->Type().FieldOf(field);
+    if (container == nullptr || container->type == nullptr || container->choice != 0 ||
+        stack.uiLayerNum == GPB_COMPILER_MAX_LAYERS || GpbArePathsLogged(libHandle))
+    {
+        return false;
+    }
+    GpbPushLayer(stack, record->Open(*container), container->type->Descriptor());
+    return true;
 }
 
 std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const FieldDescriptor &field)
@@ -137,7 +151,7 @@ Message *GpbOpenLayerMessage(Message *upper, const FieldDescriptor *field)
     }
     if (GpbRecord *record = GpbRecordOf(upper))
     {
-        return record->Open(field);
+        return record->Open(*record->Type().FieldOf(field));
     }
     if (upper->GetReflection() == nullptr)
     {

@@ -49,18 +49,28 @@ unsigned int GpbSetUpTopLayer(const GpbTopLayerSource &source, const char *conta
 void GpbAppendXPath(GpbCompilerStackLayer &layer, const GpbCompilerStackLayer *upper,
                     const google::protobuf::FileDescriptor &file, const google::protobuf::FieldDescriptor &field);
 
-/// Whether anybody can read the path of a layer below the top: one who listens to what cannot be encoded, or a class
-/// that is derived from a compiler, whose messages are no records.
-inline bool GpbIsPathRead(const void *libHandle, const GpbCompilerStackLayer &layer)
+/// Whether anybody listens to what cannot be encoded, which is told with the paths of layers.
+inline bool GpbArePathsLogged(const void *libHandle)
 {
-    return GpbLogOpen(libHandle, GPB_LOG_ERROR) || GpbLogOpen(libHandle, GPB_LOG_SKIP) ||
-           GpbRecordOf(layer.pstMessage) == nullptr;
+    return GpbLogOpen(libHandle, GPB_LOG_ERROR) || GpbLogOpen(libHandle, GPB_LOG_SKIP);
 }
 
-/// Puts a layer for `field` on a stack that has a top layer and room for another one. Its path is empty: a slot keeps
+/// Whether anybody can read the path of a layer below the top: one who listens, or a class that is derived from a
+/// compiler, whose messages are no records.
+inline bool GpbIsPathRead(const void *libHandle, const GpbCompilerStackLayer &layer)
+{
+    return GpbArePathsLogged(libHandle) || GpbRecordOf(layer.pstMessage) == nullptr;
+}
+
+/// Puts a layer for a message on a stack that has a top layer and room for another one. Its path is empty: a slot keeps
 /// the memory of its path, so that the entries of a list need it once.
 GpbCompilerStackLayer &GpbPushLayer(GpbCompilerStack &stack, google::protobuf::Message *message,
-                                    const google::protobuf::FieldDescriptor &field);
+                                    const google::protobuf::Descriptor *type);
+
+/// Opens the layer of a container in a record, and puts it on the stack. False, and nothing is done, when that takes
+/// more steps: below other messages, for a case of a choice, for what is no container, on a full stack, and while
+/// somebody reads the paths.
+bool GpbPushRecordLayer(const void *libHandle, GpbCompilerStack &stack, const google::protobuf::FieldDescriptor *field);
 
 /// The path of the layer of `field` below `upper`, for a log line.
 std::string GpbXPathOf(const GpbCompilerStackLayer &upper, const google::protobuf::FieldDescriptor &field);

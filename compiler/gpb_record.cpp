@@ -2,13 +2,12 @@
 
 #include <new>
 
-using google::protobuf::FieldDescriptor;
 using google::protobuf::OneofDescriptor;
 
 std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
 {
     auto arena = std::make_unique<GpbRecordArena>();
-    void *const memory = ::operator new(SizeOf(type));
+    void *const memory = ::operator new(sizeof(GpbRecord) + type.WordBytes());
     // The top record frees the arena.
     return std::unique_ptr<GpbRecord>(new (memory) GpbRecord(type, arena.release(), nullptr));
 }
@@ -16,23 +15,17 @@ std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
 GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
     : type_(type), arena_(arena), parent_(parent)
 {
-    // Most types have one word and no choice.
-    uint64_t *const present = Present();
-    present[0] = 0;
-    for (size_t word = 1; word < WordCount(type); ++word)
+    // Most types have one word of bits and no choice.
+    GpbRecordValue *const bits = Words();
+    bits[0].number = 0;
+    for (size_t word = 1; word < type.BitWords(); ++word)
     {
-        present[word] = 0;
+        bits[word].number = 0;
     }
     for (size_t choice = 0; choice < type.ChoiceCount(); ++choice)
     {
         Cases()[choice] = 0;
     }
-}
-
-size_t GpbRecord::SizeOf(const GpbRecordType &type)
-{
-    return sizeof(GpbRecord) + WordCount(type) * sizeof(uint64_t) + type.ValueCount() * sizeof(GpbRecordValue) +
-           type.ChoiceCount() * sizeof(uint32_t);
 }
 
 GpbRecord::~GpbRecord()
@@ -41,27 +34,26 @@ GpbRecord::~GpbRecord()
     delete arena_;
 }
 
-void GpbRecord::Store(const FieldDescriptor *field, std::string_view text)
+void GpbRecord::Store(const GpbRecordField &field, std::string_view text)
 {
     auto *copy = new (arena_->Take(sizeof(GpbRecordText) + text.size())) GpbRecordText{text.size()};
     std::memcpy(copy + 1, text.data(), text.size());
     GpbRecordValue value = {};
     value.text = copy;
-    Put(type_.PlaceOf(field), value, !text.empty());
+    Put(field, value, !text.empty());
     arena_->Expect(text.size() + LENGTH_BYTES);
 }
 
-GpbRecord *GpbRecord::Open(const FieldDescriptor *field)
+GpbRecord *GpbRecord::Open(const GpbRecordField &field)
 {
-    const uint32_t place = type_.PlaceOf(field);
-    const GpbRecordField &described = type_.FieldAt(place);
-    if (!described.isRepeated && IsPresent(place))
+    if (!field.isRepeated && IsPresent(field))
     {
-        return Values()[described.valueIndex].record;
+        return Words()[field.word].record;
     }
     GpbRecordValue value = {};
-    value.record = new (arena_->Take(SizeOf(*described.type))) GpbRecord(*described.type, arena_, this);
-    Put(place, value, true);
+    void *const memory = arena_->Take(sizeof(GpbRecord) + field.type->WordBytes());
+    value.record = new (memory) GpbRecord(*field.type, arena_, this);
+    Put(field, value, true);
     arena_->Expect(LENGTH_BYTES);
     return value.record;
 }
@@ -73,7 +65,7 @@ const GpbRecord *GpbRecord::CaseOf(const OneofDescriptor *choice) const
     {
         return nullptr;
     }
-    return Values()[type_.FieldAt(entered - 1).valueIndex].record;
+    return Words()[type_.FieldAt(entered - 1).word].record;
 }
 
 bool GpbRecord::IsWithin(const GpbRecord &other) const
@@ -94,7 +86,7 @@ bool GpbRecord::IsWhole() const
     }
     for (uint32_t place = 0; place < type_.FieldCount(); ++place)
     {
-        if (type_.FieldAt(place).isRequired && !IsPresent(place))
+        if (type_.FieldAt(place).isRequired && !IsPresent(type_.FieldAt(place)))
         {
             return false;
         }
@@ -120,23 +112,23 @@ bool GpbRecord::IsWhole() const
     return isWhole;
 }
 
-void GpbRecord::Append(const GpbRecordField &field, uint32_t place, GpbRecordValue value)
+void GpbRecord::Append(const GpbRecordField &field, GpbRecordValue value)
 {
-    GpbRecordValue &values = Values()[field.valueIndex];
-    GpbRecordCell *previous = IsPresent(place) ? values.last : nullptr;
+    GpbRecordValue &values = Words()[field.word];
+    GpbRecordCell *previous = IsPresent(field) ? values.last : nullptr;
     values.last = new (arena_->Take(sizeof(GpbRecordCell))) GpbRecordCell{previous, value};
-    SetPresent(place, true);
+    SetPresent(field);
 }
 
 // The member of a choice that was set last is the only one that is there.
-void GpbRecord::EnterCase(uint32_t choice, uint32_t place)
+void GpbRecord::EnterCase(const GpbRecordField &field)
 {
-    uint32_t &entered = Cases()[choice - 1];
+    uint32_t &entered = Cases()[field.choice - 1];
     if (entered != 0)
     {
-        SetPresent(entered - 1, false);
+        SetAbsent(type_.FieldAt(entered - 1));
     }
-    entered = place + 1;
+    entered = field.place + 1;
 }
 
 google::protobuf::Message *GpbRecord::New(google::protobuf::Arena * /*arena*/) const

@@ -84,20 +84,20 @@ public:
 
     const GpbRecordType &Type() const { return type_; }
 
-    /// Sets a singular field, or adds to a repeated one; the field is one of this type and no message. A part of each
-    /// translator: the call would take as long as the rest.
-    [[gnu::always_inline]] void Store(const google::protobuf::FieldDescriptor *field, uint64_t number)
+    /// Sets a singular field of this type that is no message, or adds to a repeated one. A part of each conversion: the
+    /// call would take as long as the rest.
+    [[gnu::always_inline]] void Store(const GpbRecordField &field, uint64_t number)
     {
         GpbRecordValue value = {};
         value.number = number;
-        Put(type_.PlaceOf(field), value, number != 0);
+        Put(field, value, number != 0);
         arena_->Expect(NUMBER_BYTES);
     }
 
-    void Store(const google::protobuf::FieldDescriptor *field, std::string_view text);
+    void Store(const GpbRecordField &field, std::string_view text);
 
-    /// The record of a singular message field, made when it is not there; a new one of a repeated field.
-    GpbRecord *Open(const google::protobuf::FieldDescriptor *field);
+    /// The record of a singular message field of this type, made when it is not there; a new one of a repeated field.
+    GpbRecord *Open(const GpbRecordField &field);
 
     /// The record of the current case of a choice, or null when there is none or it is no message.
     const GpbRecord *CaseOf(const google::protobuf::OneofDescriptor *choice) const;
@@ -111,21 +111,21 @@ public:
     /// Whether no required field is missing, here and in what lies in it.
     bool IsWhole() const;
 
-    /// Calls `visit(field, value)` for each field that is there, the one with the highest number first.
+    /// Calls `visit(field, value)` for each field that is there, the one with the highest number first. A part of its
+    /// callers, whose visits are short.
     template <typename Visit>
-    void ForEachFromLast(const Visit &visit) const
+    [[gnu::always_inline]] void ForEachFromLast(const Visit &visit) const
     {
-        const GpbRecordField *const fields = type_.Fields();
-        const GpbRecordValue *const values = Values();
-        const uint64_t *const present = Present();
-        for (size_t word = WordCount(type_); word-- > 0;)
+        const GpbRecordValue *const words = Words();
+        for (size_t word = type_.BitWords(); word-- > 0;)
         {
-            for (uint64_t bits = present[word]; bits != 0;)
+            const GpbRecordField *const fields = type_.Fields() + word * GpbRecordType::WORD_BITS;
+            for (uint64_t bits = words[word].number; bits != 0;)
             {
-                const unsigned bit = HIGHEST_BIT - static_cast<unsigned>(__builtin_clzll(bits));
-                bits &= ~(UINT64_C(1) << bit);
-                const GpbRecordField &field = fields[word * WORD_BITS + bit];
-                visit(field, values[field.valueIndex]);
+                const unsigned bit = HIGHEST_BIT ^ static_cast<unsigned>(__builtin_clzll(bits));
+                bits ^= UINT64_C(1) << bit;
+                const GpbRecordField &field = fields[bit];
+                visit(field, words[field.word]);
             }
         }
     }
@@ -138,55 +138,50 @@ protected:
     google::protobuf::Metadata GetMetadata() const override;
 
 private:
-    static constexpr size_t WORD_BITS = 64;
-    static constexpr unsigned HIGHEST_BIT = 63;
+    static constexpr unsigned HIGHEST_BIT = GpbRecordType::WORD_BITS - 1;
 
     // Bytes of a number with its tag, and of a tag and a length, as far as most documents go.
     static constexpr size_t NUMBER_BYTES = 5;
     static constexpr size_t LENGTH_BYTES = 4;
 
-    // A record has its fields behind it: the values by the fields' value indexes, undefined where nothing is present, a
-    // bit for each place that tells what is, and for each choice the place of its last case and 1, or 0.
+    // A record has its words behind it, as its type says. Those of fields that are not there are undefined.
     GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent);
 
-    static size_t WordCount(const GpbRecordType &type) { return type.FieldCount() / WORD_BITS + 1; }
-    static size_t SizeOf(const GpbRecordType &type);
+    GpbRecordValue *Words() { return reinterpret_cast<GpbRecordValue *>(this + 1); }
+    const GpbRecordValue *Words() const { return const_cast<GpbRecord *>(this)->Words(); }
 
-    GpbRecordValue *Values() { return reinterpret_cast<GpbRecordValue *>(this + 1); }
-    uint64_t *Present() { return reinterpret_cast<uint64_t *>(Values() + type_.ValueCount()); }
-    uint32_t *Cases() { return reinterpret_cast<uint32_t *>(Present() + WordCount(type_)); }
-
-    const GpbRecordValue *Values() const { return const_cast<GpbRecord *>(this)->Values(); }
-    const uint64_t *Present() const { return const_cast<GpbRecord *>(this)->Present(); }
+    // By the number of a choice: the place of its last case and 1, or 0.
+    uint32_t *Cases() { return reinterpret_cast<uint32_t *>(Words() + type_.CaseWord()); }
     const uint32_t *Cases() const { return const_cast<GpbRecord *>(this)->Cases(); }
 
-    bool IsPresent(uint32_t place) const { return ((Present()[place / WORD_BITS] >> (place % WORD_BITS)) & 1U) != 0; }
+    bool IsPresent(const GpbRecordField &field) const { return (Words()[field.bitWord].number & field.bit) != 0; }
+    void SetPresent(const GpbRecordField &field) { Words()[field.bitWord].number |= field.bit; }
+    void SetAbsent(const GpbRecordField &field) { Words()[field.bitWord].number &= ~field.bit; }
 
-    void SetPresent(uint32_t place, bool isPresent)
+    void Put(const GpbRecordField &field, GpbRecordValue value, bool isSomething)
     {
-        const uint64_t bit = UINT64_C(1) << (place % WORD_BITS);
-        uint64_t &word = Present()[place / WORD_BITS];
-        word = isPresent ? word | bit : word & ~bit;
+        if (!field.isPlain)
+        {
+            if (field.isRepeated)
+            {
+                Append(field, value);
+                return;
+            }
+            EnterCase(field);
+        }
+        Words()[field.word] = value;
+        if (isSomething || field.hasPresence)
+        {
+            SetPresent(field);
+        }
+        else
+        {
+            SetAbsent(field);
+        }
     }
 
-    void Put(uint32_t place, GpbRecordValue value, bool isSomething)
-    {
-        const GpbRecordField &field = type_.FieldAt(place);
-        if (field.isRepeated)
-        {
-            Append(field, place, value);
-            return;
-        }
-        if (field.choice != 0)
-        {
-            EnterCase(field.choice, place);
-        }
-        Values()[field.valueIndex] = value;
-        SetPresent(place, isSomething || field.hasPresence);
-    }
-
-    void Append(const GpbRecordField &field, uint32_t place, GpbRecordValue value);
-    void EnterCase(uint32_t choice, uint32_t place);
+    void Append(const GpbRecordField &field, GpbRecordValue value);
+    void EnterCase(const GpbRecordField &field);
 
     const GpbRecordType &type_;
     GpbRecordArena *arena_; ///< owned by the top record

@@ -62,6 +62,7 @@ GpbRecordField Describe(const FieldDescriptor *field)
     GpbRecordField described;
     described.field = field;
     described.form = FormOf(field);
+    described.kind = field->cpp_type();
     described.isRepeated = field->is_repeated();
     described.isPacked = field->is_packed();
     described.isRequired = field->is_required();
@@ -70,6 +71,7 @@ GpbRecordField Describe(const FieldDescriptor *field)
     described.tag = (static_cast<uint32_t>(field->number()) << WIRE_TYPE_BITS) | wireType;
     const auto *choice = field->real_containing_oneof();
     described.choice = choice == nullptr ? 0 : static_cast<uint32_t>(choice->index()) + 1;
+    described.isPlain = !described.isRepeated && described.choice == 0;
     return described;
 }
 
@@ -87,14 +89,25 @@ GpbRecordType::GpbRecordType(const google::protobuf::Descriptor *descriptor) : d
     std::sort(fields_.begin(), fields_.end(),
               [](const GpbRecordField &left, const GpbRecordField &right)
               { return left.field->number() < right.field->number(); });
-    places_.resize(count);
-    valueCount_ = ChoiceCount();
-    for (size_t place = 0; place < count; ++place)
+    LayOut();
+}
+
+// The bits, then the words of the choices, of the other fields, and the cases.
+void GpbRecordType::LayOut()
+{
+    bitWords_ = fields_.size() / WORD_BITS + 1;
+    caseWord_ = bitWords_ + ChoiceCount();
+    byIndex_.resize(fields_.size());
+    for (size_t place = 0; place < fields_.size(); ++place)
     {
         GpbRecordField &field = fields_[place];
-        field.valueIndex = field.choice == 0 ? static_cast<uint32_t>(valueCount_++) : field.choice - 1;
-        places_[static_cast<size_t>(fields_[place].field->index())] = static_cast<uint32_t>(place);
+        field.place = static_cast<uint32_t>(place);
+        field.bitWord = static_cast<uint32_t>(place / WORD_BITS);
+        field.bit = UINT64_C(1) << (place % WORD_BITS);
+        field.word = static_cast<uint32_t>(field.choice == 0 ? caseWord_++ : bitWords_ + field.choice - 1);
+        byIndex_[static_cast<size_t>(field.field->index())] = &field;
     }
+    wordBytes_ = caseWord_ * sizeof(uint64_t) + ChoiceCount() * sizeof(uint32_t);
 }
 
 const GpbEnumNames *GpbRecordType::EnumNamesOf(const google::protobuf::EnumDescriptor *type)

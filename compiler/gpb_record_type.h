@@ -29,18 +29,26 @@ struct GpbRecordField
     const google::protobuf::FieldDescriptor *field = nullptr;
     const GpbRecordType *type = nullptr;     ///< of a message field
     const GpbEnumNames *enumNames = nullptr; ///< of an enum field
+    uint64_t bit = 0;                        ///< that tells in records whether the field is there
+    uint32_t bitWord = 0;                    ///< of records, which has the bit
+    uint32_t word = 0;                       ///< of records, which has the value; the cases of a choice share one
+    uint32_t place = 0;                      ///< its index in the order of the numbers
     uint32_t tag = 0;                        ///< as written before a value, or before all of them when they are packed
+    uint32_t choice = 0;                     ///< number of its oneof, counted from 1; 0 outside of oneofs
+    google::protobuf::FieldDescriptor::CppType kind = google::protobuf::FieldDescriptor::CPPTYPE_INT32;
     GpbWireForm form = GpbWireForm::VARINT;
+    bool isPlain = false; ///< neither repeated nor of a choice
     bool isRepeated = false;
     bool isPacked = false;
     bool isRequired = false;
     bool hasPresence = false; ///< written whenever it was set; else only when it is not zero
-    uint32_t choice = 0;      ///< number of its oneof, counted from 1; 0 outside of oneofs
-    uint32_t valueIndex = 0;  ///< where records keep its value; the cases of a choice share one place
 };
 
 /// The fields of a message type in the order of their numbers, which is the order in which they are written. A field's
 /// place is its index here.
+///
+/// A record of the type consists of words: bits that tell by the fields' places which are there, the values, and for
+/// each choice the place of its last case.
 class GpbRecordType
 {
 public:
@@ -69,28 +77,34 @@ public:
     const GpbRecordField &FieldAt(size_t place) const { return fields_[place]; }
     const GpbRecordField *Fields() const { return fields_.data(); }
     size_t FieldCount() const { return fields_.size(); }
-    size_t ValueCount() const { return valueCount_; }
     size_t ChoiceCount() const { return static_cast<size_t>(descriptor_->real_oneof_decl_count()); }
 
-    const GpbRecordField &FieldOf(const google::protobuf::FieldDescriptor *field) const
+    /// Words of a record, from its first: those with the bits of the fields, and the one in which the cases begin.
+    size_t BitWords() const { return bitWords_; }
+    size_t CaseWord() const { return caseWord_; }
+
+    /// Bytes of a record's words.
+    size_t WordBytes() const { return wordBytes_; }
+
+    /// What is to know of a field; null for a field of another type.
+    const GpbRecordField *FieldOf(const google::protobuf::FieldDescriptor *field) const
     {
-        return fields_[PlaceOf(field)];
+        return field->containing_type() == descriptor_ ? byIndex_[static_cast<size_t>(field->index())] : nullptr;
     }
 
-    /// The place of a field of this type.
-    uint32_t PlaceOf(const google::protobuf::FieldDescriptor *field) const
-    {
-        return places_[static_cast<size_t>(field->index())];
-    }
+    static constexpr size_t WORD_BITS = 64; ///< fields that a word has bits for
 
 private:
+    void LayOut();
     const GpbEnumNames *EnumNamesOf(const google::protobuf::EnumDescriptor *type);
 
     const google::protobuf::Descriptor *descriptor_;
     bool mayReachRequired_ = false;
-    size_t valueCount_ = 0;
+    size_t bitWords_ = 0;
+    size_t caseWord_ = 0;
+    size_t wordBytes_ = 0;
     std::vector<GpbRecordField> fields_;
-    std::vector<uint32_t> places_; ///< by the index in the descriptor
+    std::vector<const GpbRecordField *> byIndex_; ///< by the index in the descriptor
     std::unordered_map<const google::protobuf::EnumDescriptor *, GpbEnumNames> enums_; ///< its elements never move
 };
 

@@ -12,11 +12,23 @@ uint64_t ZigZag(uint64_t value)
     return (value << 1U) ^ (UINT64_C(0) - sign);
 }
 
-void WriteMessage(const GpbRecord &record, GpbBackwardWriter &writer)
+void WriteNumber(GpbWireForm form, uint64_t number, GpbBackwardWriter &writer)
 {
-    const size_t before = writer.Size();
-    GpbWriteRecord(record, writer);
-    writer.Varint(writer.Size() - before);
+    switch (form)
+    {
+    case GpbWireForm::ZIGZAG:
+        writer.Varint(ZigZag(number));
+        break;
+    case GpbWireForm::FIXED32:
+        writer.Fixed32(static_cast<uint32_t>(number));
+        break;
+    case GpbWireForm::FIXED64:
+        writer.Fixed64(number);
+        break;
+    default:
+        writer.Varint(number);
+        break;
+    }
 }
 
 [[gnu::always_inline]] inline void WriteValue(const GpbRecordField &field, GpbRecordValue value,
@@ -25,42 +37,46 @@ void WriteMessage(const GpbRecord &record, GpbBackwardWriter &writer)
     switch (field.form)
     {
     case GpbWireForm::VARINT:
-        writer.Varint(value.number);
-        break;
-    case GpbWireForm::ZIGZAG:
-        writer.Varint(ZigZag(value.number));
-        break;
-    case GpbWireForm::FIXED32:
-        writer.Fixed(value.number, sizeof(uint32_t));
-        break;
-    case GpbWireForm::FIXED64:
-        writer.Fixed(value.number, sizeof(uint64_t));
+        writer.Varint(value.number, field.tag);
         break;
     case GpbWireForm::TEXT:
         writer.Text(value.text->View());
-        writer.Varint(value.text->length);
+        writer.Varint(value.text->length, field.tag);
         break;
     case GpbWireForm::MESSAGE:
-        WriteMessage(*value.record, writer);
+    {
+        const size_t before = writer.Size();
+        GpbWriteRecord(*value.record, writer);
+        writer.Varint(writer.Size() - before, field.tag);
+        break;
+    }
+    default:
+        WriteNumber(field.form, value.number, writer);
+        writer.Varint(field.tag);
         break;
     }
 }
 
-void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
+void WritePacked(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
 {
     const size_t before = writer.Size();
     for (const GpbRecordCell *cell = last; cell != nullptr; cell = cell->previous)
     {
-        WriteValue(field, cell->value, writer);
-        if (!field.isPacked)
-        {
-            writer.Varint(field.tag);
-        }
+        WriteNumber(field.form, cell->value.number, writer);
     }
+    writer.Varint(writer.Size() - before, field.tag);
+}
+
+void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
+{
     if (field.isPacked)
     {
-        writer.Varint(writer.Size() - before);
-        writer.Varint(field.tag);
+        WritePacked(field, last, writer);
+        return;
+    }
+    for (const GpbRecordCell *cell = last; cell != nullptr; cell = cell->previous)
+    {
+        WriteValue(field, cell->value, writer);
     }
 }
 
@@ -75,9 +91,10 @@ void GpbWriteRecord(const GpbRecord &record, GpbBackwardWriter &writer)
             if (field.isRepeated)
             {
                 WriteRepeated(field, value.last, writer);
-                return;
             }
-            WriteValue(field, value, writer);
-            writer.Varint(field.tag);
+            else
+            {
+                WriteValue(field, value, writer);
+            }
         });
 }

@@ -1,9 +1,8 @@
 // Leaf value translator for enumerations, and for bits, which are lists of values.
-#include <cstring>
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
-#include <string_view>
 
+#include "compiler/gpb_record_leaf.h"
 #include "compiler/gpb_reflection_store.h"
 #include "core/gpb_protobuf_compat.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -11,6 +10,7 @@
 #include "platform/yos.h"
 #include "platform/zmp.h"
 
+using google::protobuf::Descriptor;
 using google::protobuf::EnumDescriptor;
 using google::protobuf::EnumValueDescriptor;
 using google::protobuf::FieldDescriptor;
@@ -44,44 +44,22 @@ const char *TakeToken(const char *text, Token &token)
     return blank == nullptr ? end : blank + 1;
 }
 
-unsigned int StoreNumber(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, int number)
-{
-    return GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, number, &Reflection::AddEnumValue,
-                         &Reflection::SetEnumValue);
-}
-
-unsigned int StoreToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const EnumDescriptor *type,
-                        const Token &token)
+// Finds the number of a value as hosts' tools spell the names: among all enums of a message, by the name of the leaf's
+// enum type. So the value may be another enum's, and only its number is safe to store.
+unsigned int FindNumber(const Descriptor *message, const EnumDescriptor *type, const Token &token, int &number)
 {
     char name[VALUE_NAME_ROOM] = {};
     if (GpbXmlCompilerBase_EnumYang2Proto(token.text, GpbPbName(*type).c_str(), name, GPB_NAME_SIZE) == nullptr)
     {
         return GPB_COMPILER_ERR;
     }
-    const EnumValueDescriptor *value =
-        layer.pstDescriptor == nullptr ? nullptr : layer.pstDescriptor->FindEnumValueByName(name);
+    const EnumValueDescriptor *value = message == nullptr ? nullptr : message->FindEnumValueByName(name);
     if (value == nullptr)
     {
         return GPB_COMPILER_NO_ENUM_VALUE;
     }
-    // The name was searched among all enums of the message, so the value may be another enum's: only its number is safe
-    // to store.
-    return StoreNumber(layer, field, value->number());
-}
-
-// Stores the next value of a list when it is one that the plan knows, and steps over it; else does nothing.
-bool StoreKnownToken(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const GpbEnumNames &names,
-                     const char *&text)
-{
-    const char *blank = std::strchr(text, ' ');
-    const size_t length = blank == nullptr ? std::strlen(text) : static_cast<size_t>(blank - text);
-    const int *number = names.Find(std::string_view(text, length));
-    if (number == nullptr || StoreNumber(layer, field, *number) != GPB_COMPILER_OK)
-    {
-        return false;
-    }
-    text = blank == nullptr ? text + length : blank + 1;
-    return true;
+    number = value->number();
+    return GPB_COMPILER_OK;
 }
 
 unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *text)
@@ -92,23 +70,20 @@ unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescript
     {
         return GPB_COMPILER_ERR;
     }
-    const GpbRecord *record = GpbRecordOf(layer.pstMessage);
-    const GpbEnumNames *names = record == nullptr ? nullptr : record->Type().FieldOf(field).enumNames;
-    while (*text != '\0')
+    unsigned int result = GPB_COMPILER_OK;
+    while (*text != '\0' && result == GPB_COMPILER_OK)
     {
-        if (names != nullptr && StoreKnownToken(layer, field, *names, text))
-        {
-            continue;
-        }
         Token token;
         text = TakeToken(text, token);
-        const unsigned int result = StoreToken(layer, field, field->enum_type(), token);
-        if (result != GPB_COMPILER_OK)
+        int number = 0;
+        result = FindNumber(layer.pstDescriptor, field->enum_type(), token, number);
+        if (result == GPB_COMPILER_OK)
         {
-            return result;
+            result = GpbStore<int>(layer, field, FieldDescriptor::CPPTYPE_ENUM, number, &Reflection::AddEnumValue,
+                                   &Reflection::SetEnumValue);
         }
     }
-    return GPB_COMPILER_OK;
+    return result;
 }
 
 } // namespace
@@ -121,4 +96,28 @@ unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer, c
         return GPB_COMPILER_ERR;
     }
     return GpbNoThrow(GPB_COMPILER_ERR, [&] { return StoreTokens(stLayer, pstField, pcValue); });
+}
+
+unsigned int GpbStoreEnumInRecord(GpbRecord &record, const GpbRecordField &field, const char *text)
+{
+    while (*text != '\0')
+    {
+        int number = 0;
+        if (const int *known = field.enumNames->Take(text))
+        {
+            number = *known;
+        }
+        else
+        {
+            Token token;
+            text = TakeToken(text, token);
+            const unsigned int result = FindNumber(record.Type().Descriptor(), field.field->enum_type(), token, number);
+            if (result != GPB_COMPILER_OK)
+            {
+                return result;
+            }
+        }
+        record.Store(field, GpbRecordNumber(number));
+    }
+    return GPB_COMPILER_OK;
 }

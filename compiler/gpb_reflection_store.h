@@ -4,9 +4,7 @@
 
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
-#include <string_view>
 
-#include "compiler/gpb_record.h"
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -23,52 +21,23 @@ template <typename Value>
 using GpbStoreFunc = void (google::protobuf::Reflection::*)(google::protobuf::Message *,
                                                             const google::protobuf::FieldDescriptor *, Value) const;
 
-/// As a record keeps values: numbers by their bits, texts as they are.
-template <typename Value>
-uint64_t GpbForRecord(Value value)
-{
-    return GpbRecordNumber(value);
-}
-
-inline std::string_view GpbForRecord(std::string_view text)
-{
-    return text;
-}
-
-/// GpbStore for any message but a record; what protobuf throws goes through.
-template <typename Value, typename Given>
-unsigned int GpbStoreByReflection(google::protobuf::Message *message, const google::protobuf::FieldDescriptor *field,
-                                  google::protobuf::FieldDescriptor::CppType kind, const Given &value,
-                                  GpbStoreFunc<Value> add, GpbStoreFunc<Value> set)
-{
-    const google::protobuf::Reflection *reflection = message == nullptr ? nullptr : message->GetReflection();
-    if (reflection == nullptr || !GpbTakesField(message->GetDescriptor(), field, kind))
-    {
-        return GPB_COMPILER_ERR;
-    }
-    (reflection->*(field->is_repeated() ? add : set))(message, field, Value(value));
-    return GPB_COMPILER_OK;
-}
-
 /// Adds a value to a repeated field or sets a singular one; 0, or 1 when the layer cannot take it.
 template <typename Value, typename Given>
 unsigned int GpbStore(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
-                      google::protobuf::FieldDescriptor::CppType kind, Given value, GpbStoreFunc<Value> add,
+                      google::protobuf::FieldDescriptor::CppType kind, const Given &value, GpbStoreFunc<Value> add,
                       GpbStoreFunc<Value> set)
 {
     return GpbNoThrow(GPB_COMPILER_ERR,
                       [&]
                       {
-                          GpbRecord *record = GpbRecordOf(layer.pstMessage);
-                          if (record == nullptr)
-                          {
-                              return GpbStoreByReflection(layer.pstMessage, field, kind, value, add, set);
-                          }
-                          if (!GpbTakesField(record->Type().Descriptor(), field, kind))
+                          google::protobuf::Message *message = layer.pstMessage;
+                          const google::protobuf::Reflection *reflection =
+                              message == nullptr ? nullptr : message->GetReflection();
+                          if (reflection == nullptr || !GpbTakesField(message->GetDescriptor(), field, kind))
                           {
                               return GPB_COMPILER_ERR;
                           }
-                          record->Store(field, GpbForRecord(value));
+                          (reflection->*(field->is_repeated() ? add : set))(message, field, Value(value));
                           return GPB_COMPILER_OK;
                       });
 }

@@ -13,7 +13,7 @@ static_assert(FieldDescriptor::MAX_TYPE + 1 == GPB_FIELD_TYPE_NUM, "one entry pe
 
 } // namespace
 
-void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM], const char *tag)
+void GpbFillTranslatorTable(GpbTranslators &table, const char *tag)
 {
     GpbZero(table, sizeof(table), tag, __LINE__);
     table[FieldDescriptor::TYPE_DOUBLE] = GpbCompiler_StrTrans_ToDouble;
@@ -33,4 +33,12 @@ void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM], const 
     table[FieldDescriptor::TYPE_SFIXED64] = GpbCompiler_StrTrans_ToInt64;
     table[FieldDescriptor::TYPE_SINT32] = GpbCompiler_StrTrans_ToInt32;
     table[FieldDescriptor::TYPE_SINT64] = GpbCompiler_StrTrans_ToInt64;
+}
+
+unsigned int GpbTranslate(const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
+                          const GpbTranslators &translators, const char *text)
+{
+    const auto type = static_cast<unsigned int>(field->type());
+    const GpbStrTransFunc translate = type < GPB_FIELD_TYPE_NUM ? translators[type] : nullptr;
+    return translate == nullptr ? GPB_COMPILER_NO_TRANSLATOR : translate(layer, field, text);
 }

@@ -4,7 +4,13 @@
 
 #include "gpb_templatelib/gpb_compiler.h"
 
+using GpbTranslators = GpbStrTransFunc[GPB_FIELD_TYPE_NUM];
+
 /// Fills a compiler's table; groups, messages and the unused entry 0 have none. `tag` is the compiler's source.
-void GpbFillTranslatorTable(GpbStrTransFunc (&table)[GPB_FIELD_TYPE_NUM], const char *tag);
+void GpbFillTranslatorTable(GpbTranslators &table, const char *tag);
+
+/// Stores a leaf's text by the translator of the field's type; GPB_COMPILER_NO_TRANSLATOR when there is none.
+unsigned int GpbTranslate(const GpbCompilerStackLayer &layer, const google::protobuf::FieldDescriptor *field,
+                          const GpbTranslators &translators, const char *text);
 
 #endif

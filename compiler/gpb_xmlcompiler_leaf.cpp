@@ -6,6 +6,7 @@
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
+#include "compiler/gpb_record_leaf.h"
 #include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -17,12 +18,64 @@ using google::protobuf::FieldDescriptor;
 namespace
 {
 
+constexpr char FILL_LEAF[] = "FillLeafField";
 constexpr uint32_t LINE_FIELD_TYPE_INVALID = 496;
 constexpr uint32_t LINE_NO_TRANSLATOR = 504;
 constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
+
+[[gnu::noinline]] void ReportNotStored(void *libHandle, const GpbCompilerStackLayer &layer,
+                                       const FieldDescriptor &field, const GpbTranslators &translators,
+                                       const char *value, const char *nodeName)
+{
+    const auto type = static_cast<unsigned int>(field.type());
+    if (type >= GPB_FIELD_TYPE_NUM)
+    {
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_FIELD_TYPE_INVALID,
+                   "[GpbXmlCompiler][FillLeafField]field type invalid node [%s] type %u.", nodeName, type);
+    }
+    else if (translators[type] == nullptr)
+    {
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_NO_TRANSLATOR,
+                   "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.", nodeName, type);
+    }
+    else
+    {
+        GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_TRANSLATE_FAILED,
+                   "[GpbXmlCompiler][FillLeafField]Fail to translator node [%s] value [%s] to layer [%s].", nodeName,
+                   value, layer.strXPath.c_str());
+    }
+}
+
+// A leaf in a case, a member of a choice, or one that may be an identity. `fill(layer, field, value, name)` stores it.
+template <typename Fill>
+[[gnu::noinline]] unsigned int FillSpecial(void *libHandle, uint32_t memHandle, xmlNode *node,
+                                           const GpbFoundField found, GpbCompilerStack &stack, const Fill fill)
+{
+    const uint32_t layerNum = stack.uiLayerNum;
+    char *name = GpbXmlNodeName(node);
+    if (found.caseField != nullptr)
+    {
+        const unsigned int result = GpbPushAncestorLayers(found.caseField, stack);
+        if (result != GPB_COMPILER_OK)
+        {
+            GpbReportXmlLeafCaseFailed(libHandle, name);
+            // Layers that were pushed stay, as they do for a host that looks at the stack.
+            return result;
+        }
+    }
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stack);
+    const GpbIdentityValue value(memHandle, node, reinterpret_cast<char *>(node->children->content));
+    unsigned int result = GPB_COMPILER_OK;
+    {
+        const GpbCaseSwitch caseSwitch(stack, layer.pstMessage, found.field);
+        result = fill(layer, found.field, value.Text(), name);
+    }
+    stack.uiLayerNum = layerNum;
+    return result;
+}
 
 } // namespace
 
@@ -45,34 +98,21 @@ char EMPTY_LEAF_VALUE[] = "true";
     {
         return ProcXmlPresenceContainerNode(pstNode, stStack);
     }
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const GpbCompilerStackLayer *layer = &GpbTopLayer(stStack);
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
     char *name = GpbXmlNodeName(pstNode);
-    const GpbFoundField found = pstFieldFinder->FindLeaf(layer->pstDescriptor, name, layerNum + 1);
+    const GpbFoundField &found = pstFieldFinder->FindLeaf(layer.pstDescriptor, name, stStack.uiLayerNum + 1);
     if (found.field == nullptr)
     {
-        GpbReportNoXmlLeaf(pvLibHandle, name, *layer);
+        GpbReportNoXmlLeaf(pvLibHandle, name, layer);
         return GPB_COMPILER_NO_FIELD;
     }
-    if (found.caseField != nullptr)
+    if (found.caseField != nullptr || found.field->containing_oneof() != nullptr || pstNode->nsDef != nullptr)
     {
-        const unsigned int result = GpbPushAncestorLayers(found.caseField, stStack);
-        if (result != GPB_COMPILER_OK)
-        {
-            GpbReportXmlLeafCaseFailed(pvLibHandle, name);
-            // Layers that were pushed stay, as they do for a host that looks at the stack.
-            return result;
-        }
-        layer = &GpbTopLayer(stStack);
+        return FillSpecial(pvLibHandle, uiMemHandle, pstNode, found, stStack,
+                           [this](const GpbCompilerStackLayer &top, const FieldDescriptor *field, char *value,
+                                  char *nodeName) { return FillLeafField(top, field, value, nodeName); });
     }
-    const GpbIdentityValue value(uiMemHandle, pstNode, text);
-    unsigned int result = GPB_COMPILER_OK;
-    {
-        const GpbCaseSwitch caseSwitch(stStack, layer->pstMessage, found.field);
-        result = FillLeafField(*layer, found.field, value.Text(), name);
-    }
-    stStack.uiLayerNum = layerNum;
-    return result;
+    return FillLeafField(layer, found.field, text, name);
 }
 
 unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
@@ -116,26 +156,10 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
 unsigned int GpbXmlCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
                                            char *pcValue, char *pcNodeName)
 {
-    const auto type = static_cast<unsigned int>(pstField->type());
-    if (type >= GPB_FIELD_TYPE_NUM)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_FIELD_TYPE_INVALID,
-                "[GpbXmlCompiler][FillLeafField]field type invalid node [%s] type %u.", pcNodeName, type);
-        return GPB_COMPILER_NO_TRANSLATOR;
-    }
-    const GpbStrTransFunc translate = astStrTrans[type];
-    if (translate == nullptr)
-    {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_NO_TRANSLATOR,
-                "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.", pcNodeName, type);
-        return GPB_COMPILER_NO_TRANSLATOR;
-    }
-    const unsigned int result = translate(stLayer, pstField, pcValue);
+    const unsigned int result = GpbStoreLeaf(stLayer, pstField, astStrTrans, pcValue);
     if (result != GPB_COMPILER_OK)
     {
-        GPB_LOG(pvLibHandle, GPB_LOG_ERROR, LINE_TRANSLATE_FAILED,
-                "[GpbXmlCompiler][FillLeafField]Fail to translator node [%s] value [%s] to layer [%s].", pcNodeName,
-                pcValue, stLayer.strXPath.c_str());
+        ReportNotStored(pvLibHandle, stLayer, *pstField, astStrTrans, pcValue, pcNodeName);
     }
     return result;
 }

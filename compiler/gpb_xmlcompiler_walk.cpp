@@ -30,13 +30,12 @@ unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stSt
 {
     for (xmlNode *node = pstNode; node != nullptr; node = node->next)
     {
-        const bool isTop = stStack.uiLayerNum == 0;
         unsigned int result = GPB_COMPILER_OK;
-        bool stops = ucStopOnError != 0;
+        bool stops = false;
         switch (GpbClassifyXmlNode(node))
         {
         case GpbXmlNodeKind::IGNORED:
-            break;
+            continue;
         case GpbXmlNodeKind::EMPTY:
             result = ProcXmlEmptyLeafNode(node, stStack);
             stops = true;
@@ -45,13 +44,13 @@ unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stSt
             result = ProcXmlLeafNode(node, stStack);
             break;
         case GpbXmlNodeKind::CONTAINER:
-            result = ProcXmlContainerNode(node, stStack);
             // Below the top a failing container is logged and passed over. The top is the whole document: what fails
             // there has to reach the caller.
-            stops = stops || isTop;
+            stops = stStack.uiLayerNum == 0;
+            result = ProcXmlContainerNode(node, stStack);
             break;
         }
-        if (result != GPB_COMPILER_OK && stops)
+        if (result != GPB_COMPILER_OK && (stops || ucStopOnError != 0))
         {
             return result;
         }
@@ -103,6 +102,10 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
 unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
                                                 GpbCompilerStack &stStack)
 {
+    if (GpbPushRecordLayer(pvLibHandle, stStack, pstField))
+    {
+        return GPB_COMPILER_OK;
+    }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
     GpbCompilerStackLayer layer;
@@ -128,7 +131,7 @@ unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
                    GpbXPathOf(upper, *pstField).c_str(), GPB_COMPILER_MAX_LAYERS);
         return GPB_COMPILER_STACK_FULL;
     }
-    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, *pstField);
+    GpbCompilerStackLayer &pushed = GpbPushLayer(stStack, layer.pstMessage, layer.pstDescriptor);
     if (GpbIsPathRead(pvLibHandle, pushed))
     {
         GenerateXPath(pushed, &upper, pstField);

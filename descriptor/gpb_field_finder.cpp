@@ -7,8 +7,10 @@ using google::protobuf::Descriptor;
 void GpbFieldFinder::Change(UsedInLayer &used, const Descriptor *message, uint32_t layer)
 {
     std::swap(used.last, used.before);
-    if (!used.last.IsOf(message, layer))
+    std::swap(used.lastGuess, used.beforeGuess);
+    if (!IsOf(used.last, message, layer))
     {
-        used.last = {&plan_.TableOf(message, layer), {}};
+        used.last = &plan_.TableOf(message, layer);
+        used.lastGuess = {};
     }
 }

@@ -7,6 +7,8 @@
 #include "descriptor/gpb_name_plan.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 
+inline constexpr GpbFoundField GPB_NOTHING_FOUND = {};
+
 /// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, from the tables of a plan. It
 /// remembers the tables that it used last in each layer, and where in them, so that a walk seldom has to ask the plan,
 /// which many threads may do. One finder belongs to one compiler.
@@ -16,46 +18,42 @@ public:
     /// @param plan  outlives the finder
     explicit GpbFieldFinder(GpbNamePlan &plan) : plan_(plan) {}
 
-    GpbFoundField FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
+    const GpbFoundField &FindNode(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
-        return message == nullptr || nodeName == nullptr ? GpbFoundField() : Find(message, nodeName, layer).node;
+        return message == nullptr || nodeName == nullptr ? GPB_NOTHING_FOUND : Find(message, nodeName, layer).node;
     }
 
-    GpbFoundField FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
+    const GpbFoundField &FindLeaf(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
-        return message == nullptr || nodeName == nullptr ? GpbFoundField() : Find(message, nodeName, layer).leaf;
+        return message == nullptr || nodeName == nullptr ? GPB_NOTHING_FOUND : Find(message, nodeName, layer).leaf;
     }
 
 private:
     // Deeper layers share a place with higher ones.
-    static constexpr uint32_t LAYERS = 3;
-
-    struct Used
-    {
-        const GpbNameTable *table = nullptr;
-        GpbNameGuess guess;
-
-        bool IsOf(const google::protobuf::Descriptor *message, uint32_t layer) const
-        {
-            return table != nullptr && table->IsOf(message, static_cast<int32_t>(layer));
-        }
-    };
+    static constexpr uint32_t LAYERS = 4;
 
     // Many documents have two kinds of containers in turn.
     struct UsedInLayer
     {
-        Used last;
-        Used before;
+        const GpbNameTable *last = nullptr;
+        const GpbNameTable *before = nullptr;
+        GpbNameGuess lastGuess = {};
+        GpbNameGuess beforeGuess = {};
     };
+
+    static bool IsOf(const GpbNameTable *table, const google::protobuf::Descriptor *message, uint32_t layer)
+    {
+        return table != nullptr && table->IsOf(message, static_cast<int32_t>(layer));
+    }
 
     const GpbNamedField &Find(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
         UsedInLayer &used = used_[layer % LAYERS];
-        if (!used.last.IsOf(message, layer))
+        if (!IsOf(used.last, message, layer))
         {
             Change(used, message, layer);
         }
-        return used.last.table->Find(nodeName, used.last.guess);
+        return used.last->Find(nodeName, used.lastGuess);
     }
 
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);

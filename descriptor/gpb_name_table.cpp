@@ -161,6 +161,13 @@ void GpbNameTable::SetNext()
     }
 }
 
+// Not a part of the walks, which would have to hold more at hand than the guess takes.
+const GpbNamedField &GpbNameTable::LookUp(const char *nodeName) const
+{
+    const uint32_t place = places_.Find(nodeName);
+    return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
+}
+
 const GpbNamedField &GpbNameTable::FindConverted(const char *nodeName) const
 {
     return fields_[places_.Find(GpbFieldName(nodeName).text)];

@@ -23,11 +23,19 @@ struct GpbNamedField
     uint32_t next = 0;     ///< place of the name that most documents have behind this one
 };
 
-/// Which name comes next in a document, of those in a table.
-struct GpbNameGuess
+/// Which name comes next in a document, of those in a table; and whether the guess before would have been right. Every
+/// compiler keeps a few of them, so the two share a word.
+class GpbNameGuess
 {
-    uint32_t place = 0;
-    bool isTried = false; ///< the guess before would have been right
+public:
+    GpbNameGuess() = default;
+    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | uint32_t{isTried}) {}
+
+    uint32_t Place() const { return code_ >> 1U; }
+    bool IsTried() const { return (code_ & 1U) != 0; }
+
+private:
+    uint32_t code_ = 0;
 };
 
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
@@ -48,9 +56,13 @@ public:
 
     const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess) const
     {
-        const GpbNamedField &guessed = fields_[guess.place];
-        const bool isRight = guess.isTried && std::strcmp(guessed.name, nodeName) == 0;
-        const GpbNamedField &found = isRight ? guessed : LookUp(nodeName);
+        const GpbNamedField &guessed = fields_[guess.Place()];
+        if (guess.IsTried() && std::strcmp(guessed.name, nodeName) == 0)
+        {
+            guess = {guessed.next, true};
+            return guessed;
+        }
+        const GpbNamedField &found = LookUp(nodeName);
         guess = {found.next, &found == &guessed};
         return found;
     }
@@ -60,11 +72,7 @@ private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
-    const GpbNamedField &LookUp(const char *nodeName) const
-    {
-        const uint32_t place = places_.Find(nodeName);
-        return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
-    }
+    const GpbNamedField &LookUp(const char *nodeName) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
 

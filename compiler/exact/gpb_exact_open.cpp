@@ -18,7 +18,7 @@ unsigned int GpbOpenExactCases(const GpbExactField &field, GpbCompilerStack &sta
         {
             return GPB_COMPILER_ERR;
         }
-        GpbCompilerStackLayer &layer = GpbPushLayer(stack, message, *caseField);
+        GpbCompilerStackLayer &layer = GpbPushLayer(stack, message, caseField->message_type());
         // Where nobody reads paths, the layer below has none.
         if (!upper.strXPath.empty())
         {

@@ -25,8 +25,8 @@ TEST(BackwardWriter, WritesEachThingBeforeTheLastOne)
 {
     GpbBackwardWriter writer(MANY, 1);
     writer.Text("end");
-    writer.Fixed(UINT64_C(0x0102030405060708), sizeof(uint64_t));
-    writer.Fixed(UINT64_C(0xFF01020304), sizeof(uint32_t));
+    writer.Fixed64(UINT64_C(0x0102030405060708));
+    writer.Fixed32(UINT32_C(0x01020304));
     writer.Text("");
     writer.Varint(300);
     EXPECT_EQ(17U, writer.Size());
