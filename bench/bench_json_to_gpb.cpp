@@ -9,15 +9,18 @@
 //   request     cJSON parses, and the request above
 //   parse       cJSON parses, and nothing else
 //   protobuf    JsonStringToMessage on protobuf's own spelling of the message, and SerializeToString
+// Each side keeps what may be kept between documents: the memory that the trees of cJSON lie in, the arena of protobuf.
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 #include <cjson/cJSON.h>
+#include <google/protobuf/arena.h>
 #include <google/protobuf/util/json_util.h>
 #include <libxml/parser.h>
 
@@ -26,8 +29,10 @@
 #include "support/dom.h"
 #include "support/generated_walk.h"
 #include "support/gpb_peers.h"
+#include "support/json_parser.h"
 #include "support/library_session.h"
 #include "support/workload.h"
+#include "support/xml_parser.h"
 
 namespace
 {
@@ -65,7 +70,7 @@ void UseNodeNames(cJSON *item)
 // Protobuf's JSON of the message that an XML document stands for.
 std::string ProtobufJson(const google::protobuf::DescriptorPool *pool, const Workload &workload)
 {
-    const gpbbench::XmlDocument document = gpbbench::ParseXml(workload.xmlText);
+    const gpbbench::XmlDocument document = gpbbench::XmlParser().Parse(workload.xmlText);
     const gpbbench::GpbPeers<XmlDom> peers(pool, workload.topMessage, xmlDocGetRootElement(document.get()));
     const std::unique_ptr<Message> message(peers.Prototype().New());
     google::protobuf::util::JsonPrintOptions options;
@@ -101,14 +106,15 @@ std::string LibraryJson(const std::string &protobufText)
 class Subject
 {
 public:
-    Subject(gpbbench::LibrarySession &session, const Workload &workload)
-        : context_(session.Context()), module_(workload.moduleName), leaves_(workload.leaves)
+    Subject(gpbbench::LibrarySession &session, gpbbench::JsonParser &parser, const Workload &workload)
+        : context_(session.Context()), parser_(parser), module_(workload.moduleName), leaves_(workload.leaves)
     {
         session.AddModule(workload.moduleName, workload.protoText);
         protobufText_ = ProtobufJson(session.Pool(), workload);
         text_ = LibraryJson(protobufText_);
         tree_ = Parse(text_);
         peers_ = std::make_unique<gpbbench::GpbPeers<JsonDom>>(session.Pool(), workload.topMessage, tree_->child);
+        KeepArena();
         CheckThatWaysAgree();
     }
 
@@ -123,10 +129,10 @@ public:
     template <typename Take>
     void RequestFromText(const Take &take) const
     {
-        Encode(Parse(text_).get(), take);
+        Encode(parser_.Parse(text_), take);
     }
 
-    void ParseText() const { benchmark::DoNotOptimize(Parse(text_).get()); }
+    void ParseText() const { benchmark::DoNotOptimize(parser_.Parse(text_)); }
 
     std::string Floor() const { return peers_->Floor(); }
     std::string Textbook() const { return peers_->Textbook(); }
@@ -140,8 +146,9 @@ public:
 
     std::string Protobuf() const
     {
-        const std::unique_ptr<Message> message(peers_->Prototype().New());
-        if (!google::protobuf::util::JsonStringToMessage(protobufText_, message.get()).ok())
+        arena_->Reset();
+        Message *const message = peers_->Prototype().New(arena_.get());
+        if (!google::protobuf::util::JsonStringToMessage(protobufText_, message).ok())
         {
             throw std::runtime_error("protobuf does not read its own text");
         }
@@ -156,6 +163,18 @@ private:
         unsigned int length = 0;
         const char *bytes = GpbXmlCompiler_EncodeJson(compiler.get(), tree->child, tree->child, &length);
         take(std::string_view(bytes, bytes == nullptr ? 0 : length));
+    }
+
+    // Gives protobuf a block that its message fits into.
+    void KeepArena()
+    {
+        arena_ = std::make_unique<google::protobuf::Arena>();
+        Protobuf();
+        arenaBlock_.resize(arena_->SpaceAllocated());
+        google::protobuf::ArenaOptions options;
+        options.initial_block = arenaBlock_.data();
+        options.initial_block_size = arenaBlock_.size();
+        arena_ = std::make_unique<google::protobuf::Arena>(options);
     }
 
     // Ratios mean nothing unless all ways do the same work.
@@ -178,12 +197,15 @@ private:
     }
 
     GpbLibContext *context_;
+    gpbbench::JsonParser &parser_;
     std::string module_;
     size_t leaves_;
     std::string text_;
     std::string protobufText_;
     JsonTree tree_;
     std::unique_ptr<gpbbench::GpbPeers<JsonDom>> peers_;
+    std::vector<char> arenaBlock_;
+    std::unique_ptr<google::protobuf::Arena> arena_; ///< of the message that protobuf reads
 };
 
 void Keep(std::string_view bytes)
@@ -191,7 +213,8 @@ void Keep(std::string_view bytes)
     benchmark::DoNotOptimize(bytes.data());
 }
 
-std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, std::vector<std::unique_ptr<Subject>> &subjects)
+std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, gpbbench::JsonParser &parser,
+                                  std::vector<std::unique_ptr<Subject>> &subjects)
 {
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
     gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "floor", "textbook", "generated"}};
@@ -202,7 +225,7 @@ std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, std::vector
         {
             continue;
         }
-        subjects.push_back(std::make_unique<Subject>(session, gpbbench::MakeTelemetryWorkload(leaves)));
+        subjects.push_back(std::make_unique<Subject>(session, parser, gpbbench::MakeTelemetryWorkload(leaves)));
         const Subject *subject = subjects.back().get();
         const size_t items = subject->Leaves();
         const std::string name = "size:" + std::to_string(leaves);
@@ -227,8 +250,9 @@ int main(int argc, char **argv)
     int result = 0;
     {
         gpbbench::LibrarySession session;
+        gpbbench::JsonParser parser;
         std::vector<std::unique_ptr<Subject>> subjects;
-        result = gpbbench::RunTables(argc, argv, [&] { return Plan(session, subjects); });
+        result = gpbbench::RunTables(argc, argv, [&] { return Plan(session, parser, subjects); });
     }
     xmlCleanupParser();
     return result;

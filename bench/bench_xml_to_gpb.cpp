@@ -27,6 +27,7 @@
 #include "support/gpb_peers.h"
 #include "support/library_session.h"
 #include "support/workload.h"
+#include "support/xml_parser.h"
 
 namespace
 {
@@ -52,7 +53,7 @@ class Subject
 public:
     Subject(gpbbench::LibrarySession &session, const Workload &workload)
         : context_(session.Context()), module_(workload.moduleName), file_(session.FileOf(module_)),
-          leaves_(workload.leaves), document_(gpbbench::ParseXml(workload.xmlText)),
+          leaves_(workload.leaves), document_(gpbbench::XmlParser().Parse(workload.xmlText)),
           root_(xmlDocGetRootElement(document_.get()))
     {
         session.AddModule(workload.moduleName, workload.protoText);

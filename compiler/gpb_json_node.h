@@ -23,6 +23,27 @@ inline int GpbJsonType(const cJSON *item)
     return item == nullptr ? cJSON_Invalid : item->type & TYPE_BITS;
 }
 
+/// Calls for the memory that the walk over the siblings of an item needs soon: what the next one points to, and the one
+/// behind it. The items of a large tree lie all over the heap. Always inline, since GCC takes a call that does nothing
+/// else for one that can be left out.
+[[gnu::always_inline]] inline void GpbJsonPrefetchBehind(const cJSON *item)
+{
+    const cJSON *next = item->next;
+    if (next == nullptr)
+    {
+        return;
+    }
+    __builtin_prefetch(next->string);
+    __builtin_prefetch(next->valuestring);
+    __builtin_prefetch(next->child);
+    if (next->next != nullptr)
+    {
+        // An item has the size of a cache line, and most lie on two of them.
+        __builtin_prefetch(&next->next->next);
+        __builtin_prefetch(&next->next->string);
+    }
+}
+
 /// The item's key for a log line; members of arrays have none.
 inline const char *GpbJsonLogKey(const cJSON *item)
 {

@@ -14,6 +14,7 @@ unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCom
 {
     for (cJSON *item = pstFirst; item != nullptr; item = item->next)
     {
+        GpbJsonPrefetchBehind(item);
         unsigned int result = GPB_COMPILER_OK;
         switch (GpbJsonType(item))
         {
@@ -63,6 +64,7 @@ unsigned int GpbJsonCompiler::ProcJsonArrayNode(cJSON *pstArray, GpbCompilerStac
     }
     for (cJSON *member = first; member != nullptr; member = member->next)
     {
+        GpbJsonPrefetchBehind(member);
         const unsigned int result = ProcJsonContainerNode(member, pstArray, stStack);
         if (result != GPB_COMPILER_OK)
         {

@@ -35,7 +35,9 @@ struct IdentityFree
 
 } // namespace
 
-unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode, cJSON *pstParent)
+// Flat, since most of a document are leaves.
+[[gnu::flatten]] unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor, xmlNode *pstNode,
+                                                                  cJSON *pstParent)
 {
     const xmlNode *child = pstNode->children;
     if (child == nullptr || child->type != XML_TEXT_NODE)
@@ -59,7 +61,9 @@ unsigned int GpbXmlCompilerJson::ProcXmlLeafNode(const Descriptor *pstDescriptor
     {
         return GPB_COMPILER_NO_FIELD;
     }
-    return FillLeafText(field, pstNode, pstParent, content);
+    // Only a leaf that declares a namespace can hold an identity.
+    return pstNode->nsDef == nullptr ? FillLeafField(field, pstNode, pstParent, content)
+                                     : FillLeafText(field, pstNode, pstParent, content);
 }
 
 unsigned int GpbXmlCompilerJson::FillLeafText(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent,

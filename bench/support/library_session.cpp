@@ -6,7 +6,8 @@
 #include <stdexcept>
 
 #include <google/protobuf/compiler/importer.h>
-#include <libxml/parser.h>
+
+#include "gpb_templatelib/gpb_host.h"
 
 namespace gpbbench
 {
@@ -30,6 +31,8 @@ std::string MakeTemporaryDirectory()
 
 LibrarySession::LibrarySession() : directory_(MakeTemporaryDirectory())
 {
+    // The memory that the peers use is filled by nobody either.
+    GpbHost_FillMemory(0);
     GpbLibInitParam param = {};
     param.uiModuleId = MODULE_ID;
     context_ = GPBLIB_Initial(&param);
@@ -60,17 +63,6 @@ void LibrarySession::AddModule(const std::string &name, const std::string &proto
 const google::protobuf::DescriptorPool *LibrarySession::Pool() const
 {
     return GPBLIB_GetImporter(context_)->pool();
-}
-
-XmlDocument ParseXml(const std::string &text)
-{
-    XmlDocument document(xmlReadMemory(text.data(), static_cast<int>(text.size()), "bench.xml", nullptr,
-                                       XML_PARSE_NONET | XML_PARSE_COMPACT));
-    if (document == nullptr)
-    {
-        throw std::runtime_error("the document does not parse");
-    }
-    return document;
 }
 
 } // namespace gpbbench

@@ -6,7 +6,6 @@
 #include <string>
 
 #include <google/protobuf/descriptor.h>
-#include <libxml/tree.h>
 
 #include "gpb_templatelib/gpb_lib.h"
 
@@ -37,15 +36,6 @@ private:
     std::string directory_; ///< ends with "/"
     GpbLibContext *context_ = nullptr;
 };
-
-struct XmlDocumentFree
-{
-    void operator()(xmlDoc *document) const { xmlFreeDoc(document); }
-};
-using XmlDocument = std::unique_ptr<xmlDoc, XmlDocumentFree>;
-
-/// Parses a document as hosts do, blank text nodes included; nobody changes it, so short texts may lie in their nodes.
-XmlDocument ParseXml(const std::string &text);
 
 } // namespace gpbbench
 
