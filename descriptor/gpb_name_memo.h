@@ -14,13 +14,18 @@ class GpbNameMemo
 {
 public:
     /// Whether a field was found by the name at an address.
-    bool Has(const char *nodeName, const GpbNamedField &field) const
+    ///
+    /// @param number  of the field among those of all tables: fields whose numbers are near each other are all held
+    bool Has(const char *nodeName, const GpbNamedField &field, uint32_t number) const
     {
-        const Seen &seen = seen_[PlaceOf(field)];
+        const Seen &seen = seen_[number % PLACES];
         return seen.nodeName == nodeName && seen.field == &field;
     }
 
-    void Keep(const char *nodeName, const GpbNamedField &field) { seen_[PlaceOf(field)] = {nodeName, &field}; }
+    void Keep(const char *nodeName, const GpbNamedField &field, uint32_t number)
+    {
+        seen_[number % PLACES] = {nodeName, &field};
+    }
 
     /// A field that was found by the name at an address, probably in this table; null when there is none.
     const GpbNamedField *FieldAt(const char *nodeName, const GpbNameTable &table) const
@@ -42,12 +47,6 @@ private:
         const char *nodeName = nullptr;
         const GpbNamedField *field = nullptr;
     };
-
-    static size_t PlaceOf(const GpbNamedField &field)
-    {
-        constexpr size_t ALIGNMENT = 16; // less than the size of a field
-        return reinterpret_cast<uintptr_t>(&field) / ALIGNMENT % PLACES;
-    }
 
     // The names of a message often lie one behind the other.
     static size_t PlaceOf(const char *nodeName, const GpbNameTable &table)

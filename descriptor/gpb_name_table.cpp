@@ -1,6 +1,7 @@
 #include "descriptor/gpb_name_table.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <functional>
 #include <google/protobuf/descriptor.h>
@@ -19,6 +20,9 @@ namespace
 {
 
 constexpr size_t SPELLINGS = 2;
+
+// Fields of all tables that were made, from zero again when there are more than it counts.
+std::atomic<uint32_t> g_fieldCount = 0;
 
 // Every name that a search in this message can find, and perhaps some that it cannot. A field is found by its own name
 // and by its name without the layer number, in the message and in its cases.
@@ -113,7 +117,7 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
 
 GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                            const std::set<std::string_view> &names)
-    : message_(message), layer_(layer), places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
+    : message_(message), layer_(layer), firstNumber_(0), places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
 {
     const GpbLayerSuffix suffix(layer);
     std::vector<Answer> answers;
@@ -143,6 +147,7 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
         fields_.back().name = dashed == answer.name ? kept : places_.Add(dashed, place);
     }
     SetNext();
+    firstNumber_ = g_fieldCount.fetch_add(static_cast<uint32_t>(fields_.size()), std::memory_order_relaxed);
 }
 
 // The same once more for one of a list, else the first name of the field behind this one, and in the end the first of
@@ -162,18 +167,18 @@ void GpbNameTable::SetNext()
     }
 }
 
-bool GpbNameTable::IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo)
+bool GpbNameTable::IsNameOf(const GpbNamedField &field, const char *nodeName, uint32_t number, GpbNameMemo *memo)
 {
     const bool isName = std::strcmp(field.name, nodeName) == 0;
     if (isName && memo != nullptr)
     {
-        memo->Keep(nodeName, field);
+        memo->Keep(nodeName, field, number);
     }
     return isName;
 }
 
 // Not a part of the walks, which would have to hold more at hand than the guess takes.
-const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, GpbNameMemo *memo) const
+const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const
 {
     const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, *this);
     if (known != nullptr && Contains(known))
@@ -186,7 +191,8 @@ const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, GpbNameMemo *mem
         // Converted each time: what fails in the platform's functions must not be remembered as a miss.
         return FindConverted(nodeName);
     }
-    if (memo != nullptr)
+    // A name in its order will be guessed the next time.
+    if (memo != nullptr && &fields_[place] != &guessed)
     {
         memo->KeepAt(nodeName, *this, fields_[place]);
     }

@@ -58,12 +58,14 @@ public:
     const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
     {
         const GpbNamedField &guessed = fields_[guess.Place()];
-        if (guess.IsTried() && ((memo != nullptr && memo->Has(nodeName, guessed)) || IsNameOf(guessed, nodeName, memo)))
+        const uint32_t number = firstNumber_ + guess.Place();
+        if (guess.IsTried() &&
+            ((memo != nullptr && memo->Has(nodeName, guessed, number)) || IsNameOf(guessed, nodeName, number, memo)))
         {
             guess = {guessed.next, true};
             return guessed;
         }
-        const GpbNamedField &found = LookUp(nodeName, memo);
+        const GpbNamedField &found = LookUp(nodeName, guessed, memo);
         guess = {found.next, &found == &guessed};
         return found;
     }
@@ -73,14 +75,15 @@ private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
-    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo);
-    const GpbNamedField &LookUp(const char *nodeName, GpbNameMemo *memo) const;
+    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, uint32_t number, GpbNameMemo *memo);
+    const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const;
     bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
 
     const google::protobuf::Descriptor *message_;
     int32_t layer_;
+    uint32_t firstNumber_;              ///< of its fields among those of all tables, for memos
     std::vector<GpbNamedField> fields_; ///< the answers; the first one is for all names that stand for nothing
     GpbNameMap places_;                 ///< by spelling: the place of the answer
 };
