@@ -9,8 +9,8 @@
 // Building is making the tree, measuring it and deleting it. Nodes are the leaves of these tables.
 //
 // The library makes what its interface says it does: a second allocation for the content of every string, which is
-// zeroed first, and a checked copy for every tag, length, value and content. The reference platform fills, watches and
-// keeps books of every allocation, and counts every call.
+// zeroed first, and a checked copy for every tag, length, value and content. The reference platform watches and keeps
+// books of every allocation, and counts every call; it fills no memory here.
 #include <deque>
 #include <memory>
 #include <stdexcept>

@@ -71,8 +71,9 @@ GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type
                  });
 }
 
-const int *GpbEnumNames::Take(const char *&text) const
+GpbEnumNames::Taken GpbEnumNames::Take(const char *text) const
 {
+    constexpr Taken UNKNOWN = {nullptr, nullptr};
     char rest[GPB_NAME_SIZE];
     char *out = rest;
     const char *in = text;
@@ -84,7 +85,7 @@ const int *GpbEnumNames::Take(const char *&text) const
     {
         if (in == text + LONGEST_VALUE)
         {
-            return nullptr;
+            return UNKNOWN;
         }
         if (GpbIsSpecial(*in))
         {
@@ -97,15 +98,14 @@ const int *GpbEnumNames::Take(const char *&text) const
     }
     if (prefixLength_ + LongestNameOf(static_cast<size_t>(in - text)) >= GPB_NAME_SIZE)
     {
-        return nullptr;
+        return UNKNOWN;
     }
     const uint32_t place = places_.Find(std::string_view(rest, static_cast<size_t>(out - rest)));
     if (place == GpbNameMap::NOTHING)
     {
-        return nullptr;
+        return UNKNOWN;
     }
-    text = *in == '\0' ? in : in + 1;
-    return &numbers_[place - 1];
+    return {&numbers_[place - 1], *in == '\0' ? in : in + 1};
 }
 
 bool GpbEnumNames::AreAllOf(const EnumDescriptor &type) const

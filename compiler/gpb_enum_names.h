@@ -15,10 +15,17 @@ class GpbEnumNames
 public:
     GpbEnumNames(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
 
-    /// The number of the YANG value at the begin of a text, which goes on to the next blank or to the end; steps over
-    /// both. Null, without a step, for a value that is not known here, and for one so long that its name might be cut:
+    /// A value that was found, and what comes behind it.
+    struct Taken
+    {
+        const int *number;
+        const char *rest;
+    };
+
+    /// The number of the YANG value at the begin of a text, which goes on to the next blank or to the end, and what is
+    /// behind both. A null number for a value that is not known here, and for one so long that its name might be cut:
     /// it then has to be searched.
-    const int *Take(const char *&text) const;
+    Taken Take(const char *text) const;
 
     /// Whether the enum type has every number that a document can name.
     bool AreAllOf(const google::protobuf::EnumDescriptor &type) const;

@@ -156,15 +156,11 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
             return result;
         }
     }
-    return PushLayer(found.field, stStack);
+    return GpbPushRecordLayer(pvLibHandle, stStack, found.field) ? GPB_COMPILER_OK : PushLayer(found.field, stStack);
 }
 
 unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
-    if (GpbPushRecordLayer(pvLibHandle, stStack, pstField))
-    {
-        return GPB_COMPILER_OK;
-    }
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.
     GpbCompilerStackLayer layer;

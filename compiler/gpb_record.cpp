@@ -1,18 +1,21 @@
 #include "compiler/gpb_record.h"
 
+#include <cstddef>
 #include <new>
 
 using google::protobuf::OneofDescriptor;
 
 std::unique_ptr<GpbRecord> GpbRecord::NewTop(const GpbRecordType &type)
 {
-    auto arena = std::make_unique<GpbRecordArena>();
-    void *const memory = ::operator new(sizeof(GpbRecord) + type.WordBytes());
-    // The top record frees the arena.
-    return std::unique_ptr<GpbRecord>(new (memory) GpbRecord(type, arena.release(), nullptr));
+    // The arena lies behind the top record, which ends it.
+    const size_t size = sizeof(GpbRecord) + type.WordBytes();
+    auto *const memory = static_cast<char *>(::operator new(size + sizeof(GpbRecordArena)));
+    auto *const arena = new (memory + size) GpbRecordArena();
+    return std::unique_ptr<GpbRecord>(new (memory) GpbRecord(type, arena, nullptr));
 }
 
-GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const GpbRecord *parent)
+[[gnu::always_inline]] inline GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena,
+                                                   const GpbRecord *parent)
     : type_(type), arena_(arena), parent_(parent)
 {
     // Most types have one word of bits and no choice.
@@ -31,7 +34,7 @@ GpbRecord::GpbRecord(const GpbRecordType &type, GpbRecordArena *arena, const Gpb
 GpbRecord::~GpbRecord()
 {
     // Only a top record is ever destroyed; the others end with the arena.
-    delete arena_;
+    arena_->~GpbRecordArena();
 }
 
 void GpbRecord::Store(const GpbRecordField &field, std::string_view text)

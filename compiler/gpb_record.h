@@ -184,7 +184,7 @@ private:
     void EnterCase(const GpbRecordField &field);
 
     const GpbRecordType &type_;
-    GpbRecordArena *arena_; ///< owned by the top record
+    GpbRecordArena *arena_; ///< behind the top record
     const GpbRecord *parent_;
 };
 

@@ -107,7 +107,8 @@ void GpbRecordType::LayOut()
         field.word = static_cast<uint32_t>(field.choice == 0 ? caseWord_++ : bitWords_ + field.choice - 1);
         byIndex_[static_cast<size_t>(field.field->index())] = &field;
     }
-    wordBytes_ = caseWord_ * sizeof(uint64_t) + ChoiceCount() * sizeof(uint32_t);
+    const size_t caseWords = (ChoiceCount() * sizeof(uint32_t) + sizeof(uint64_t) - 1) / sizeof(uint64_t);
+    wordBytes_ = (caseWord_ + caseWords) * sizeof(uint64_t);
 }
 
 const GpbEnumNames *GpbRecordType::EnumNamesOf(const google::protobuf::EnumDescriptor *type)

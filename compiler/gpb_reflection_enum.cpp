@@ -86,6 +86,20 @@ unsigned int StoreTokens(const GpbCompilerStackLayer &layer, const FieldDescript
     return result;
 }
 
+// Stores the value at the begin of a text in a record, and steps over it.
+[[gnu::noinline]] unsigned int StoreSearched(GpbRecord &record, const GpbRecordField &field, const char *&text)
+{
+    Token token;
+    text = TakeToken(text, token);
+    int number = 0;
+    const unsigned int result = FindNumber(record.Type().Descriptor(), field.field->enum_type(), token, number);
+    if (result == GPB_COMPILER_OK)
+    {
+        record.Store(field, GpbRecordNumber(number));
+    }
+    return result;
+}
+
 } // namespace
 
 unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
@@ -102,22 +116,18 @@ unsigned int GpbStoreEnumInRecord(GpbRecord &record, const GpbRecordField &field
 {
     while (*text != '\0')
     {
-        int number = 0;
-        if (const int *known = field.enumNames->Take(text))
+        const GpbEnumNames::Taken known = field.enumNames->Take(text);
+        if (known.number == nullptr)
         {
-            number = *known;
-        }
-        else
-        {
-            Token token;
-            text = TakeToken(text, token);
-            const unsigned int result = FindNumber(record.Type().Descriptor(), field.field->enum_type(), token, number);
+            const unsigned int result = StoreSearched(record, field, text);
             if (result != GPB_COMPILER_OK)
             {
                 return result;
             }
+            continue;
         }
-        record.Store(field, GpbRecordNumber(number));
+        record.Store(field, GpbRecordNumber(*known.number));
+        text = known.rest;
     }
     return GPB_COMPILER_OK;
 }

@@ -11,6 +11,7 @@
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
+#include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_extension.h"
 #include "gpb_templatelib/gpb_lib.h"
 
@@ -72,6 +73,9 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
 {
     GpbCompilerStack stack;
     GpbTopMessage top(stack);
+    // Whoever is told what cannot be encoded might rename nodes.
+    GpbNameMemo names;
+    const GpbFieldFinder::Document document(*pstFieldFinder, GpbArePathsLogged(pvLibHandle) ? nullptr : &names);
     const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
     const unsigned int result =
         isLossless ? GpbExactXmlWalk(*this).WalkSiblings(pstRoot, stack) : IterXmlDoc(pstRoot, stack);

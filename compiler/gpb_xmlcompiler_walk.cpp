@@ -96,16 +96,13 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
             return result;
         }
     }
-    return PushContainerLayer(found.field, name, stStack);
+    return GpbPushRecordLayer(pvLibHandle, stStack, found.field) ? GPB_COMPILER_OK
+                                                                 : PushContainerLayer(found.field, name, stStack);
 }
 
 unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
                                                 GpbCompilerStack &stStack)
 {
-    if (GpbPushRecordLayer(pvLibHandle, stStack, pstField))
-    {
-        return GPB_COMPILER_OK;
-    }
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
     GpbCompilerStackLayer layer;

@@ -28,9 +28,28 @@ public:
         return message == nullptr || nodeName == nullptr ? GPB_NOTHING_FOUND : Find(message, nodeName, layer).leaf;
     }
 
+    /// While one lives, names are taken to stay where they are.
+    class Document
+    {
+    public:
+        /// @param memo  nothing in it yet; null: names may move
+        Document(GpbFieldFinder &finder, GpbNameMemo *memo) : finder_(finder), before_(finder.memo_)
+        {
+            finder.memo_ = memo;
+        }
+        ~Document() { finder_.memo_ = before_; }
+
+        Document(const Document &) = delete;
+        Document &operator=(const Document &) = delete;
+
+    private:
+        GpbFieldFinder &finder_;
+        GpbNameMemo *before_;
+    };
+
 private:
     // Deeper layers share a place with higher ones.
-    static constexpr uint32_t LAYERS = 4;
+    static constexpr uint32_t LAYERS = 3;
 
     // Many documents have two kinds of containers in turn.
     struct UsedInLayer
@@ -53,12 +72,13 @@ private:
         {
             Change(used, message, layer);
         }
-        return used.last->Find(nodeName, used.lastGuess);
+        return used.last->Find(nodeName, used.lastGuess, memo_);
     }
 
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
 
     GpbNamePlan &plan_;
+    GpbNameMemo *memo_ = nullptr;
     UsedInLayer used_[LAYERS];
 };
 

@@ -1,6 +1,7 @@
 #include "descriptor/gpb_name_table.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <google/protobuf/descriptor.h>
 #include <set>
@@ -159,6 +160,16 @@ void GpbNameTable::SetNext()
             following = static_cast<uint32_t>(place);
         }
     }
+}
+
+bool GpbNameTable::IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo)
+{
+    const bool isName = std::strcmp(field.name, nodeName) == 0;
+    if (isName && memo != nullptr)
+    {
+        memo->Keep(nodeName, field);
+    }
+    return isName;
 }
 
 // Not a part of the walks, which would have to hold more at hand than the guess takes.

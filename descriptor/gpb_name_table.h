@@ -3,13 +3,13 @@
 #define GPB_DESCRIPTOR_GPB_NAME_TABLE_H
 
 #include <cstdint>
-#include <cstring>
 #include <set>
 #include <string_view>
 #include <vector>
 
 #include "descriptor/gpb_field_search.h"
 #include "descriptor/gpb_name_map.h"
+#include "descriptor/gpb_name_memo.h"
 
 class GpbCaseIndex;
 
@@ -54,10 +54,11 @@ public:
         return message == message_ && layer == layer_;
     }
 
-    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess) const
+    /// @param memo  of the document that the name is in; null where names do not stay where they are
+    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
     {
         const GpbNamedField &guessed = fields_[guess.Place()];
-        if (guess.IsTried() && std::strcmp(guessed.name, nodeName) == 0)
+        if (guess.IsTried() && ((memo != nullptr && memo->Has(nodeName, guessed)) || IsNameOf(guessed, nodeName, memo)))
         {
             guess = {guessed.next, true};
             return guessed;
@@ -72,6 +73,7 @@ private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
+    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo);
     const GpbNamedField &LookUp(const char *nodeName) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "likely.h"
+
 namespace host
 {
 
@@ -40,7 +42,7 @@ inline void *alignDown(const void *address, size_t size)
     for (size_t place = arenaPlaceOf(arena);; place = (place + 1) % kArenaPlaces)
     {
         const void *const found = g_arenas[place].load(std::memory_order_acquire);
-        if (found == arena)
+        if (isLikely(found == arena))
         {
             return alignDown(address, kRegionSize);
         }

@@ -1,4 +1,5 @@
 /** Generic trees. Every walk is a loop, so that a tree may be as deep as memory allows. */
+#include "likely.h"
 #include "platform_exports.h"
 
 namespace
@@ -14,7 +15,7 @@ bool wouldCloseRing(const CmfTreeNode *parent, const CmfTreeNode *child)
     {
         return true;
     }
-    if (child->pstFirstChild == nullptr)
+    if (host::isLikely(child->pstFirstChild == nullptr))
     {
         return false; // the ancestor of nothing; this keeps building a deep chain linear
     }
@@ -26,6 +27,21 @@ bool wouldCloseRing(const CmfTreeNode *parent, const CmfTreeNode *child)
         }
     }
     return false;
+}
+
+/** Takes the first child out of its parent's children; returns the node to go on with, the parent after its last. */
+CmfTreeNode *unlinkFirstChild(const CmfTreeNode *node)
+{
+    CmfTreeNode *const parent = node->pstParent;
+    CmfTreeNode *const next = node->pstNextSibling;
+    parent->pstFirstChild = next;
+    if (host::isLikely(next != nullptr))
+    {
+        next->pstPrevSibling = nullptr;
+        return next;
+    }
+    parent->pstLastChild = nullptr;
+    return parent;
 }
 
 /** Takes a node out of its parent's children; its own links stay as they are. */
@@ -40,7 +56,7 @@ void unlink(const CmfTreeNode *node)
 
 void detach(CmfTreeNode *node)
 {
-    if (node == nullptr || node->pstParent == nullptr)
+    if (host::isLikely(node == nullptr || node->pstParent == nullptr))
     {
         return;
     }
@@ -48,6 +64,20 @@ void detach(CmfTreeNode *node)
     node->pstParent = nullptr;
     node->pstNextSibling = nullptr;
     node->pstPrevSibling = nullptr;
+}
+
+/** The node that follows a node and all its descendants, in the subtree of `start`; null when that ends. */
+[[gnu::always_inline]] inline CmfTreeNode *nextBehind(const CmfTreeNode *node, const CmfTreeNode *start)
+{
+    while (host::isLikely(node != start && node != nullptr))
+    {
+        if (host::isLikely(node->pstNextSibling != nullptr))
+        {
+            return node->pstNextSibling;
+        }
+        node = node->pstParent;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -98,10 +128,9 @@ CmfTreeNode *CMF_TREE_GetNextByPreOrder(CmfTreeIter *pstIter, uint32_t)
     }
     const CmfTreeNode *node = pstIter->pstCurrent;
     CmfTreeNode *next = node->pstFirstChild;
-    while (next == nullptr && node != pstIter->pstStart && node != nullptr)
+    if (host::isLikely(next == nullptr))
     {
-        next = node->pstNextSibling;
-        node = node->pstParent;
+        next = nextBehind(node, pstIter->pstStart);
     }
     pstIter->pstCurrent = next;
     return next;
@@ -122,13 +151,9 @@ void CMF_TREE_FreeTree(CmfTreeNode *pstNode, CmfTreeFreeFunc pfnFree, uint32_t)
         {
             node = node->pstFirstChild;
         }
-        // Out of its parent before it goes: the callback of the parent then sees no released child.
-        CmfTreeNode *next = nullptr;
-        if (node != pstNode)
-        {
-            next = node->pstNextSibling != nullptr ? node->pstNextSibling : node->pstParent;
-            unlink(node);
-        }
+        // Out of its parent before it goes: the callback of the parent then sees no released child. Those before it
+        // went already, so that it is the first.
+        CmfTreeNode *const next = host::isLikely(node != pstNode) ? unlinkFirstChild(node) : nullptr;
         if (pfnFree != nullptr)
         {
             pfnFree(node);

@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "attention.h"
+
 namespace
 {
 
@@ -14,11 +16,10 @@ void *g_observerArg = nullptr;        // under g_mutex
 namespace host
 {
 
-std::atomic<bool> g_isObserved{false};
-
 void notify(const GpbHostEvent &event)
 {
-    if (!isObserved())
+    // Spares the lock where nobody listens.
+    if (!isAttentionPaidTo(kObserver))
     {
         return;
     }
@@ -36,5 +37,5 @@ void GpbHost_SetObserver(GpbHostObserver pfnObserver, void *pvArg)
     const std::lock_guard<std::mutex> lock(g_mutex);
     g_observer = pfnObserver;
     g_observerArg = pvArg;
-    host::g_isObserved.store(pfnObserver != nullptr, std::memory_order_release);
+    pfnObserver != nullptr ? host::payAttentionTo(host::kObserver) : host::stopAttentionTo(host::kObserver);
 }

@@ -1,5 +1,7 @@
 #include "faults.h"
 
+#include <atomic>
+
 namespace
 {
 
@@ -33,18 +35,13 @@ bool isAwaitedCall()
     return left == 1;
 }
 
-void giveOrder()
-{
-    host::g_areOrdersGiven.store(true, std::memory_order_release);
-}
-
 } // namespace
 
 namespace host
 {
 
-std::atomic<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
-std::atomic<bool> g_areOrdersGiven{false};
+SharedNumber<uint32_t> g_attention;
+SharedNumber<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
 
 bool isOrderedToFail(GpbHostService service, uint64_t number)
 {
@@ -57,7 +54,7 @@ bool isOrderedToFail(GpbHostService service, uint64_t number)
 
 void clearFaults()
 {
-    g_areOrdersGiven = false;
+    stopAttentionTo(kOrders);
     for (Orders &orders : g_orders)
     {
         orders.failingCall = 0;
@@ -76,9 +73,9 @@ uint64_t GpbHost_CallCount(GpbHostService eService)
 uint64_t GpbHost_TotalCallCount(void)
 {
     uint64_t total = 0;
-    for (const std::atomic<uint64_t> &calls : host::g_calls)
+    for (const host::SharedNumber<uint64_t> &calls : host::g_calls)
     {
-        total += calls;
+        total += calls.load();
     }
     return total;
 }
@@ -87,8 +84,8 @@ void GpbHost_FailCall(GpbHostService eService, uint64_t uiNth)
 {
     if (isService(eService))
     {
-        g_orders[eService].failingCall = uiNth == 0 ? 0 : host::g_calls[eService] + uiNth;
-        giveOrder();
+        g_orders[eService].failingCall = uiNth == 0 ? 0 : host::g_calls[eService].load() + uiNth;
+        host::payAttentionTo(host::kOrders);
     }
 }
 
@@ -97,12 +94,12 @@ void GpbHost_FailAlways(GpbHostService eService, int iOn)
     if (isService(eService))
     {
         g_orders[eService].failsAlways = iOn != 0;
-        giveOrder();
+        host::payAttentionTo(host::kOrders);
     }
 }
 
 void GpbHost_FailAnyCall(uint64_t uiNth)
 {
     g_callsToFailure = uiNth;
-    giveOrder();
+    host::payAttentionTo(host::kOrders);
 }

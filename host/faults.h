@@ -2,29 +2,19 @@
 #ifndef GPB_HOST_FAULTS_H
 #define GPB_HOST_FAULTS_H
 
-#include <atomic>
-
+#include "attention.h"
 #include "platform_exports.h"
-#include "threads.h"
 
 namespace host
 {
 
-/** Calls of each service so far. */
-extern std::atomic<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
-
-/** Whether any order has been given since all were taken back; spares looking for one where there is none. */
-extern std::atomic<bool> g_areOrdersGiven;
+/** Calls of each service so far. Known to be in this library: counting is one instruction then. */
+[[gnu::visibility("hidden")]] extern SharedNumber<uint64_t> g_calls[GPB_HOST_SERVICE_COUNT];
 
 /** Counts a call of a service; returns its number. Any thread. */
 inline uint64_t countCall(GpbHostService service)
 {
-    return advance(g_calls[service]);
-}
-
-inline bool areOrdersGiven()
-{
-    return g_areOrdersGiven.load(std::memory_order_acquire);
+    return g_calls[service].advance();
 }
 
 /** Whether there is an order to fail call `number` of a service; to be asked once for every call. Any thread. */
@@ -38,21 +28,21 @@ inline bool areOrdersGiven()
 [[nodiscard]] inline bool callFails(GpbHostService service)
 {
     const uint64_t number = countCall(service);
-    return areOrdersGiven() && isOrderedToFail(service, number);
+    return isAttentionPaidTo(kOrders) && isOrderedToFail(service, number);
 }
 
 /**
- * callFails for the services that are called for every few bytes, in two steps: most of their calls are made by the
- * only thread while there are no orders, and are counted here.
+ * callFails for the services that are called for every few bytes, in two steps: most of their calls are undisturbed,
+ * and are counted here.
  *
  * @return false when the call was not counted, which is left to callFails then
  */
 [[nodiscard, gnu::always_inline]] inline bool isCallOnlyCounted(GpbHostService service)
 {
-    const bool isCounted = isOnlyThread() && !areOrdersGiven();
+    const bool isCounted = isUndisturbed();
     if (isCounted)
     {
-        advanceAlone(g_calls[service]);
+        ++g_calls[service].alone();
     }
     return isCounted;
 }

@@ -3,11 +3,12 @@
  *
  * New memory is filled, so that a record that nobody zeroed shows; released memory is filled, so that a late reader
  * finds nothing useful; and a few bytes behind every allocation are watched. In a build with AddressSanitizer these
- * bytes are out of bounds for everybody, readers included.
+ * bytes are out of bounds for everybody, readers included. Filling can be switched off, watching cannot.
  */
 #ifndef GPB_HOST_GUARD_BYTES_H
 #define GPB_HOST_GUARD_BYTES_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 
@@ -29,7 +30,14 @@ constexpr unsigned char kGuard[] = {0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0x
                                     0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD, 0xFD};
 static_assert(sizeof(kGuard) == kGuardSize, "the pattern of the whole guard");
 
-/** Fills `size` new bytes and the guard behind them; returns the memory. */
+[[gnu::visibility("hidden")]] extern std::atomic<bool> g_isMemoryFilled;
+
+inline bool isMemoryFilled()
+{
+    return g_isMemoryFilled.load(std::memory_order_relaxed);
+}
+
+/** Fills `size` new bytes, and the guard behind them; returns the memory. */
 inline void *dressMemory(void *memory, size_t size)
 {
     unsigned char *const guard = static_cast<unsigned char *>(memory) + size;
@@ -37,7 +45,7 @@ inline void *dressMemory(void *memory, size_t size)
 #if GPB_HOST_HAS_ASAN
     __asan_poison_memory_region(guard, kGuardSize);
 #endif
-    return std::memset(memory, kNewByte, size);
+    return isMemoryFilled() ? std::memset(memory, kNewByte, size) : memory;
 }
 
 /** Whether nobody has written behind `size` bytes. Puts the guard within everybody's reach. */
@@ -53,7 +61,10 @@ inline void *dressMemory(void *memory, size_t size)
 /** Fills `size` released bytes. */
 inline void undressMemory(void *memory, size_t size)
 {
-    std::memset(memory, kReleasedByte, size);
+    if (isMemoryFilled())
+    {
+        std::memset(memory, kReleasedByte, size);
+    }
 }
 
 } // namespace host

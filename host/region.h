@@ -7,6 +7,7 @@
 #include "arenas.h"
 #include "books.h"
 #include "guard_bytes.h"
+#include "likely.h"
 
 namespace host
 {
@@ -67,7 +68,7 @@ struct Region
     Block *take()
     {
         ++heldCount;
-        if (firstFree == nullptr)
+        if (isUnlikely(firstFree == nullptr))
         {
             return blockAt(usedCount++);
         }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "faults.h"
+#include "likely.h"
 
 namespace
 {
@@ -43,68 +44,93 @@ template <typename Part>
     std::memcpy(destination + count - sizeof(Part), &last, sizeof(Part));
 }
 
-/** Kept out of line, as is all that is seldom done below: without it memcpy_s and memset_s save no registers. */
-[[gnu::noinline]] int moveMany(void *destination, const void *source, size_t count)
+/** The count is at most that of two parts. */
+template <typename Part>
+[[gnu::always_inline]] inline void fillInParts(unsigned char *destination, Part pattern, size_t count)
 {
-    std::memmove(destination, source, count);
-    return 0;
+    std::memcpy(destination, &pattern, sizeof(Part));
+    std::memcpy(destination + count - sizeof(Part), &pattern, sizeof(Part));
 }
 
-/** As memmove, without its call for the few bytes that most of the library's copies have. */
-[[gnu::always_inline]] inline int copyBytes(void *destination, size_t size, const void *source, size_t count)
+/** The checked copy of any count. Kept out of line with all that is seldom done: without it, calls save no registers.
+ */
+[[gnu::noinline]] int copyAny(void *destination, size_t size, const void *source, size_t count)
 {
     if (destination == nullptr || size == 0 || source == nullptr || count > size)
     {
         return kFailed;
     }
+    std::memmove(destination, source, count);
+    return 0;
+}
+
+/** copyAny, short for the few bytes that most of the library's copies have. */
+[[gnu::always_inline]] inline int copyBytes(void *destination, size_t size, const void *source, size_t count)
+{
     auto *const to = static_cast<unsigned char *>(destination);
     const auto *const from = static_cast<const unsigned char *>(source);
-    if (count == 1)
+    if (count > size)
+    {
+        return kFailed;
+    }
+    if (to == nullptr || from == nullptr)
+    {
+        return kFailed;
+    }
+    if (host::isLikely(count == 1))
     {
         *to = *from;
+        return 0;
     }
-    else if (count - 2 < 2)
-    {
-        moveInParts<uint16_t>(to, from, count);
-    }
-    else if (count - 4 < 4)
-    {
-        moveInParts<uint32_t>(to, from, count);
-    }
-    else if (count - 8 < 9)
+    if (count - 8 <= 8)
     {
         moveInParts<uint64_t>(to, from, count);
+        return 0;
     }
-    else
+    if (count - 4 < 4)
     {
-        return moveMany(destination, source, count);
+        moveInParts<uint32_t>(to, from, count);
+        return 0;
     }
-    return 0;
+    if (count - 2 < 2)
+    {
+        moveInParts<uint16_t>(to, from, count);
+        return 0;
+    }
+    return copyAny(destination, size, source, count);
 }
 
-[[gnu::noinline]] int fillMany(void *destination, int value, size_t count)
-{
-    std::memset(destination, value, count);
-    return 0;
-}
-
-[[gnu::always_inline]] inline int fillBytes(void *destination, size_t size, int value, size_t count)
+[[gnu::noinline]] int fillAny(void *destination, size_t size, int value, size_t count)
 {
     if (destination == nullptr || size == 0 || count > size)
     {
         return kFailed;
     }
-    return fillMany(destination, value, count);
+    std::memset(destination, value, count);
+    return 0;
+}
+
+/** fillAny, short for the contents of most strings. */
+[[gnu::always_inline]] inline int fillBytes(void *destination, size_t size, int value, size_t count)
+{
+    constexpr uint64_t kEachByte = 0x0101010101010101;
+    if (destination != nullptr && count <= size && count - 8 <= 8)
+    {
+        const uint64_t pattern = static_cast<unsigned char>(value) * kEachByte;
+        fillInParts(static_cast<unsigned char *>(destination), pattern, count);
+        return 0;
+    }
+    return fillAny(destination, size, value, count);
 }
 
 [[gnu::noinline]] int copyUnlessOrdered(void *destination, size_t size, const void *source, size_t count)
 {
-    return host::callFails(GPB_HOST_MEMCPY) ? kFailed : copyBytes(destination, size, source, count);
+    return host::callFails(GPB_HOST_MEMCPY) ? kFailed : copyAny(destination, size, source, count);
 }
 
 [[gnu::noinline]] int fillUnlessOrdered(void *destination, size_t size, int value, size_t count)
 {
-    return host::callFails(GPB_HOST_MEMSET) ? kFailed : fillBytes(destination, size, value, count);
+    return host::callFails(GPB_HOST_MEMSET) ? kFailed : fillAny(destination, size, value, count);
 }
 
 } // namespace

@@ -92,12 +92,12 @@ void *allocateSmallBlock(uint64_t number, const GpbHostAllocation &allocation)
 {
     Shard &shard = shardOfThread();
     const ThreadLock lock(shard.mutex);
-    const size_t sizeClass = sizeClassOf(allocation.uiSize);
-    if (shard.open[sizeClass].first() == nullptr && !openRegion(shard, sizeClass))
+    RegionList &open = openRegionsFor(shard, allocation.uiSize);
+    if (open.first() == nullptr && !openRegion(shard, sizeClassOf(allocation.uiSize)))
     {
         return nullptr;
     }
-    return takeSmallBlock(shard, number, allocation);
+    return takeSmallBlock(open, number, allocation);
 }
 
 Release releaseSmallBlock(void *memory, GpbHostAllocation *entry)

@@ -15,6 +15,7 @@
 #include <mutex>
 
 #include "address_sanitizer.h"
+#include "likely.h"
 #include "region.h"
 
 namespace host
@@ -34,7 +35,7 @@ inline bool isForSmallBlock(size_t size)
 
 inline size_t sizeClassOf(size_t size)
 {
-    if (size <= kMaxSteppedSize)
+    if (isLikely(size <= kMaxSteppedSize))
     {
         return (size + kSizeStep - 1) / kSizeStep;
     }
@@ -53,22 +54,22 @@ struct alignas(64) Shard
 constexpr unsigned kShardBits = 3;
 extern Shard g_shards[size_t{1} << kShardBits];
 
+/** Regions that have a free block for a size for small blocks. The lock of the shard is the caller's. */
+inline RegionList &openRegionsFor(Shard &shard, size_t size)
+{
+    return shard.open[sizeClassOf(size)];
+}
+
 /**
- * Takes a block for an allocation of a size for small blocks out of a shard, dresses it and enters it. The lock of the
- * shard is the caller's.
+ * Takes a block for an allocation out of a region that is open for its size, of which there is one, dresses it and
+ * enters it. The lock of the shard is the caller's.
  *
  * @param number  of the call that asks for it
- * @return null when the shard has no open region for it
  */
-[[nodiscard, gnu::always_inline]] inline void *takeSmallBlock(Shard &shard, uint64_t number,
+[[nodiscard, gnu::always_inline]] inline void *takeSmallBlock(RegionList &open, uint64_t number,
                                                               const GpbHostAllocation &allocation)
 {
-    RegionList &open = shard.open[sizeClassOf(allocation.uiSize)];
     Region *const region = open.first();
-    if (region == nullptr)
-    {
-        return nullptr;
-    }
     Block *const block = region->take();
     block->file = allocation.pcFile;
     block->number = number;
@@ -77,7 +78,7 @@ extern Shard g_shards[size_t{1} << kShardBits];
     block->size = static_cast<uint16_t>(allocation.uiSize);
     block->partition = allocation.ucPartition;
     block->isHeld = true;
-    if (region->isFull())
+    if (isUnlikely(region->isFull()))
     {
         open.remove(region);
     }
@@ -88,13 +89,13 @@ extern Shard g_shards[size_t{1} << kShardBits];
 inline void giveBackBlock(Shard &shard, Region *region, Block *block)
 {
     RegionList &open = shard.open[region->classIndex];
-    if (region->isFull())
+    if (isUnlikely(region->isFull()))
     {
         open.add(region);
     }
     region->giveBack(block);
     // The last one of its class stays, for programs that get and release a single block again and again.
-    if (region->heldCount == 0 && !open.hasOne())
+    if (isUnlikely(region->heldCount == 0) && !open.hasOne())
     {
         open.remove(region);
         shard.empty.add(region);
@@ -118,7 +119,7 @@ inline void giveBackBlock(Shard &shard, Region *region, Block *block)
 [[nodiscard]] inline Release putSmallBlock(Region *region, void *memory, GpbHostAllocation *entry)
 {
     Block *const block = region->findHeld(memory);
-    if (block == nullptr)
+    if (isUnlikely(block == nullptr))
     {
         return Release::NotHeld;
     }
@@ -137,8 +138,7 @@ inline void giveBackBlock(Shard &shard, Region *region, Block *block)
     return isWhole ? Release::Done : Release::Overrun;
 }
 
-/** takeSmallBlock from the calling thread's shard, for which a region is opened where there is none; null without
- * memory. */
+/** takeSmallBlock from the calling thread's shard, where a region is opened if there is none; null without memory. */
 [[nodiscard]] void *allocateSmallBlock(uint64_t number, const GpbHostAllocation &allocation);
 
 /** putSmallBlock, for any address. */

@@ -7,8 +7,6 @@
 #ifndef GPB_HOST_THREADS_H
 #define GPB_HOST_THREADS_H
 
-#include <atomic>
-#include <cstdint>
 #include <mutex>
 #include <sys/single_threaded.h>
 
@@ -21,23 +19,31 @@ inline bool isOnlyThread()
     return __libc_single_threaded != 0;
 }
 
-/** Counts up; returns the count that this call has reached. For the only thread. */
-inline uint64_t advanceAlone(std::atomic<uint64_t> &counter)
+/**
+ * A number that threads may share. Not a std::atomic, whose every access compilers take word by word: the only thread
+ * has nobody to share with and uses the number like any other.
+ */
+template <typename Number>
+class SharedNumber
 {
-    const uint64_t reached = counter.load(std::memory_order_relaxed) + 1;
-    counter.store(reached, std::memory_order_relaxed);
-    return reached;
-}
+public:
+    /** For the only thread. */
+    Number &alone() { return m_number; }
 
-/** As above, for any thread. */
-inline uint64_t advance(std::atomic<uint64_t> &counter)
-{
-    if (isOnlyThread())
+    Number load() const { return __atomic_load_n(&m_number, __ATOMIC_ACQUIRE); }
+
+    /** For the only thread or any other; returns the new number. */
+    Number advance()
     {
-        return advanceAlone(counter);
+        return isOnlyThread() ? ++m_number : __atomic_add_fetch(&m_number, Number{1}, __ATOMIC_RELAXED);
     }
-    return counter.fetch_add(1, std::memory_order_relaxed) + 1;
-}
+
+    void setBits(Number bits) { __atomic_or_fetch(&m_number, bits, __ATOMIC_RELEASE); }
+    void clearBits(Number bits) { __atomic_and_fetch(&m_number, static_cast<Number>(~bits), __ATOMIC_RELEASE); }
+
+private:
+    alignas(sizeof(Number)) Number m_number = 0;
+};
 
 /** Holds a mutex when there are several threads. No thread may be made while it is held. */
 class ThreadLock

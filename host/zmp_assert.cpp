@@ -38,4 +38,5 @@ void GpbHost_Reset(void)
     host::clearFaults();
     GpbHost_SetObserver(nullptr, nullptr);
     GpbHost_SetAssertResult(0);
+    GpbHost_FillMemory(1);
 }

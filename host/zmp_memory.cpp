@@ -5,6 +5,7 @@
 #include "events.h"
 #include "faults.h"
 #include "ledger.h"
+#include "likely.h"
 #include "small_blocks.h"
 #include "threads.h"
 
@@ -42,12 +43,13 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
     return memory;
 }
 
-/** An allocation of any size, with its order to fail and with an observer. */
-[[gnu::noinline]] void *allocateAndTell(uint64_t call, uint32_t moduleId, uint8_t partition, size_t size,
-                                        const char *file, uint32_t line)
+/** A counted allocation of any size, with its order to fail and with an observer. */
+[[gnu::noinline]] void *allocateAndTell(uint32_t moduleId, uint8_t partition, size_t size, const char *file,
+                                        uint32_t line)
 {
+    const uint64_t call = host::countCall(GPB_HOST_MALLOC);
     GpbHostAllocation allocation{nullptr, size, moduleId, partition, file, line};
-    const bool fails = host::areOrdersGiven() && host::isOrderedToFail(GPB_HOST_MALLOC, call);
+    const bool fails = host::isAttentionPaidTo(host::kOrders) && host::isOrderedToFail(GPB_HOST_MALLOC, call);
     void *const memory = fails ? nullptr : allocate(call, allocation);
     allocation.pvMem = memory;
     const GpbHostEventKind kind = memory != nullptr ? GPB_HOST_EVENT_MALLOC : GPB_HOST_EVENT_MALLOC_FAILED;
@@ -77,29 +79,25 @@ void *allocate(uint64_t call, const GpbHostAllocation &allocation)
     host::notify(makeEvent(GPB_HOST_EVENT_FREE, allocation, file, line));
 }
 
-/** Neither another thread nor an observer: the way of most calls is short then, without a lock and an event. */
-bool isUndisturbed()
-{
-    return host::isOnlyThread() && !host::isObserved();
-}
-
 } // namespace
+
+std::atomic<bool> host::g_isMemoryFilled{true};
 
 // Any number but 0, so that a caller who does not pass the partition on is found out.
 uint8_t g_aucZmpMemPt[] = {7};
 
 void *ZMP_Malloc_F(uint32_t uiModuleId, uint8_t ucPartition, size_t uiSize, const char *pcFile, uint32_t uiLine)
 {
-    const uint64_t call = host::countCall(GPB_HOST_MALLOC);
-    const GpbHostAllocation allocation{nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine};
-    if (isUndisturbed() && host::isForSmallBlock(uiSize) && !host::areOrdersGiven())
+    if (host::isLikely(host::isUndisturbed() && host::isForSmallBlock(uiSize)))
     {
-        if (void *const memory = host::takeSmallBlock(host::g_shards[0], call, allocation))
+        host::RegionList &open = host::openRegionsFor(host::g_shards[0], uiSize);
+        if (host::isLikely(open.first() != nullptr))
         {
-            return memory;
+            const uint64_t call = ++host::g_calls[GPB_HOST_MALLOC].alone();
+            return host::takeSmallBlock(open, call, {nullptr, uiSize, uiModuleId, ucPartition, pcFile, uiLine});
         }
     }
-    return allocateAndTell(call, uiModuleId, ucPartition, uiSize, pcFile, uiLine);
+    return allocateAndTell(uiModuleId, ucPartition, uiSize, pcFile, uiLine);
 }
 
 void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
@@ -108,13 +106,18 @@ void ZMP_Free_F(void *pvMem, const char *pcFile, uint32_t uiLine)
     {
         return;
     }
-    if (isUndisturbed())
+    if (host::isLikely(host::isUndisturbed()))
     {
         host::Region *const region = host::findUsedRegion(pvMem);
-        if (region != nullptr && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
+        if (host::isLikely(region != nullptr) && host::putSmallBlock(region, pvMem, nullptr) == host::Release::Done)
         {
             return;
         }
     }
     releaseAndTell(pvMem, pcFile, uiLine);
+}
+
+void GpbHost_FillMemory(int iOn)
+{
+    host::g_isMemoryFilled.store(iOn != 0, std::memory_order_relaxed);
 }

@@ -25,7 +25,7 @@ ObjNode *FirstChildLinkOf(const ObjNode *node)
 }
 
 // The size of a node whose length is known.
-uint32_t SizeByLength(const ObjNode *node)
+[[gnu::always_inline]] inline uint32_t SizeByLength(const ObjNode *node)
 {
     const uint32_t tagSize = GpbVarintSize(GpbWireTag(node, 0));
     if (node->nodeType == GPB_OBJNODE_INTLEAF)

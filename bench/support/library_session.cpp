@@ -7,6 +7,8 @@
 
 #include <google/protobuf/compiler/importer.h>
 
+#include "gpb_templatelib/gpb_host.h"
+
 namespace gpbbench
 {
 
@@ -29,6 +31,8 @@ std::string MakeTemporaryDirectory()
 
 LibrarySession::LibrarySession() : directory_(MakeTemporaryDirectory())
 {
+    // The memory that the peers use is filled by nobody either.
+    GpbHost_FillMemory(0);
     GpbLibInitParam param = {};
     param.uiModuleId = MODULE_ID;
     context_ = GPBLIB_Initial(&param);

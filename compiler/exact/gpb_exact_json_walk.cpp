@@ -167,7 +167,8 @@ unsigned int GpbExactJsonWalk::OpenObject(const GpbExactField &field, const Name
         GpbReportJsonContainerCaseFailed(compiler_.pvLibHandle, name.key);
         return result;
     }
-    return compiler_.PushLayer(field.field, stack);
+    return GpbPushRecordLayer(compiler_.pvLibHandle, stack, field.field) ? GPB_COMPILER_OK
+                                                                         : compiler_.PushLayer(field.field, stack);
 }
 
 unsigned int GpbExactJsonWalk::FillLeaf(const cJSON *item, const Name &name, GpbCompilerStack &stack)

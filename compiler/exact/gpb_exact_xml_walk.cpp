@@ -101,7 +101,9 @@ unsigned int GpbExactXmlWalk::WalkContainer(xmlNode *node, GpbCompilerStack &sta
         GpbReportXmlContainerCaseFailed(compiler_.pvLibHandle, name);
         return result;
     }
-    result = compiler_.PushContainerLayer(found->field, name, stack);
+    result = GpbPushRecordLayer(compiler_.pvLibHandle, stack, found->field)
+                 ? GPB_COMPILER_OK
+                 : compiler_.PushContainerLayer(found->field, name, stack);
     return result == GPB_COMPILER_OK ? WalkSiblings(node->children, stack) : result;
 }
 

@@ -106,6 +106,13 @@ GPB_HOST_API size_t GpbHost_LiveList(GpbHostAllocation *pstOut, size_t uiMax);
 /** Writes one line per live allocation (bytes, module id, file:line) to standard error; returns how many. */
 GPB_HOST_API size_t GpbHost_PrintLive(void);
 
+/**
+ * Switches the filling of memory off and on again; it is on at first. Memory that ZMP_Malloc_F gives out is filled with
+ * 0xA5 and memory that is released with 0xDD, so that a record that nobody zeroed shows and a late reader finds nothing
+ * useful. For programs that measure time: books and the watched bytes behind allocations are kept all the same.
+ */
+GPB_HOST_API void GpbHost_FillMemory(int iOn);
+
 /** Calls of ZMP_Assert so far. */
 GPB_HOST_API uint64_t GpbHost_AssertCount(void);
 
@@ -130,7 +137,10 @@ GPB_HOST_API void GpbHost_FailAlways(GpbHostService eService, int iOn);
 /** Makes the `uiNth` call of any service from now fail once; 0 takes the order back. */
 GPB_HOST_API void GpbHost_FailAnyCall(uint64_t uiNth);
 
-/** Takes all orders to fail back, removes the observer, and sets the assert result to 0. Counts and ledger stay. */
+/**
+ * Takes all orders to fail back, removes the observer, sets the assert result to 0 and fills memory again. Counts and
+ * ledger stay.
+ */
 GPB_HOST_API void GpbHost_Reset(void);
 
 #ifdef __cplusplus

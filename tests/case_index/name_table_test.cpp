@@ -141,6 +141,59 @@ TEST_F(NameTable, NamesInAnyOrder)
     }
 }
 
+// Where names stay where they are, they are found by that: in order, at random, and with more fields than a memo has
+// places for.
+TEST_F(NameTable, NamesThatStayWhereTheyAre)
+{
+    constexpr size_t FIELDS = 200;
+    constexpr size_t STEPS = 20000;
+    std::string fields;
+    std::vector<std::string> names = {"unknown", "in-a"};
+    for (size_t i = 1; i <= FIELDS; ++i)
+    {
+        fields += "string f_" + std::to_string(i) + " = " + std::to_string(i) + ";";
+        names.push_back("f-" + std::to_string(i));
+    }
+    const Descriptor *top = TypeOf("syntax = \"proto3\"; package m; message Top { message A { string in_a = 1; }" +
+                                   fields + " oneof choice { A a = 1000; } }");
+    std::minstd_rand random(1); // NOLINT(cert-msc51-cpp): the same steps each time
+    GpbNameMemo memo;
+    const GpbFieldFinder::Document document(m_finder, &memo);
+    size_t at = 0;
+    for (size_t step = 0; step < STEPS; ++step)
+    {
+        at = random() % 4 == 0 ? random() % names.size() : (at + 1) % names.size();
+        const Descriptor *message = random() % 50 == 0 ? top->nested_type(0) : top;
+        const FieldDescriptor *caseField = nullptr;
+        const FieldDescriptor *field = GPB_FindFieldDescByNodeName(message, names[at].c_str(), 2, &caseField);
+        const GpbFoundField found = m_finder.FindNode(message, names[at].c_str(), 2);
+        ASSERT_EQ(found.field, field) << names[at];
+        ASSERT_EQ(found.caseField, caseField) << names[at];
+    }
+}
+
+TEST_F(NameTable, NamesMoveFromDocumentToDocument)
+{
+    const Descriptor *top =
+        TypeOf(R"(syntax = "proto3"; package m; message Top { repeated string one = 1; repeated string two = 2; })");
+    char name[] = "one";
+    for (const char *text : {"one", "two", "six", "two", "one"})
+    {
+        std::copy_n(text, sizeof(name), name);
+        GpbNameMemo memo;
+        const GpbFieldFinder::Document document(m_finder, &memo);
+        for (int i = 0; i < 5; ++i)
+        {
+            EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName(text)) << text;
+        }
+    }
+    for (const char *text : {"one", "two", "six", "two", "one"})
+    {
+        std::copy_n(text, sizeof(name), name);
+        EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName(text)) << text;
+    }
+}
+
 TEST_F(NameTable, LongNames)
 {
     const Descriptor *top =

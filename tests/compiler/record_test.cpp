@@ -35,12 +35,14 @@ class RecordTest : public gpbtest::CompilerFixture
 {
 protected:
     /** Encodes with a compiler of the library's own and with the fixture's; both have to give protobuf's bytes. */
-    void expectBytes(const std::string &content, const std::string &textForm)
+    void expectBytes(const std::string &content, const std::string &textForm) { expectBytesOf("m", content, textForm); }
+
+    void expectBytesOf(const std::string &module, const std::string &content, const std::string &textForm)
     {
         SCOPED_TRACE(content);
         const std::string xml = "<top>" + content + "</top>";
-        const std::string expected = judge().encode("m.Top", textForm);
-        GpbXmlCompilerBase *const plain = GpbXmlCompiler_CreateCompiler(context(), "m");
+        const std::string expected = judge().encode(module + ".Top", textForm);
+        GpbXmlCompilerBase *const plain = GpbXmlCompiler_CreateCompiler(context(), module.c_str());
         ASSERT_NE(nullptr, plain);
         const XmlDocument document(xml);
         unsigned int length = 0;
@@ -50,7 +52,7 @@ protected:
         EXPECT_EQ(expected, bytes == nullptr ? "none" : std::string(bytes, length));
         GpbXmlCompiler_Destory(plain);
         log().clear();
-        expectEncodes(xml, "m.Top", textForm);
+        expectEncodes(xml, module + ".Top", textForm);
     }
 };
 
@@ -117,6 +119,31 @@ TEST_F(RecordTest, TextsAndEnums)
                    "[m.Top].",
                    "0: [GpbXmlCompiler][FillLeafField]Fail to translator node [rk] value [big  none] to layer "
                    "[m.Top]."});
+}
+
+TEST_F(RecordTest, EnumValuesOfEveryLength)
+{
+    // In twos where each character takes two places, in ones where it takes one.
+    for (const int length : {1, 7, 8, 9, 56, 57, 58, 59, 60, 61, 62, 63, 64, 100, 120, 121, 122})
+    {
+        const std::string plain(static_cast<size_t>(length), 'A');
+        std::string odd;
+        std::string spelt;
+        for (int i = 0; i + 1 < length; i += 2)
+        {
+            odd += "X_";
+            spelt += "-";
+        }
+        spelt += length % 2 == 0 ? "" : "b";
+        odd += length % 2 == 0 ? "" : "B";
+        const std::string module = "m" + std::to_string(length);
+        addModule(module, "syntax = 'proto3'; package " + module + "; message Top { enum K { K_Z = 0; K_" + plain +
+                              " = 3; K_" + odd + " = 4; } K k = 1; repeated K r = 2; }");
+        open(module);
+        expectBytesOf(module, "<k>" + plain + "</k>", "k: 3");
+        expectBytesOf(module, "<k>" + std::string(plain.size(), 'a') + " </k>", "k: 3");
+        expectBytesOf(module, "<r>z " + plain + " " + spelt + " Z</r>", "r: 0 r: 3 r: 4 r: 0");
+    }
 }
 
 TEST_F(RecordTest, FieldsAreWrittenByNumberWhateverTheirOrder)

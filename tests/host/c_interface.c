@@ -64,6 +64,7 @@ static int callHost(void)
     CHECK(ZMP_Malloc_F(MODULE_ID, 1, 5, FILE_TAG, LINE) == NULL);
     GpbHost_FailAlways(GPB_HOST_MALLOC, 0);
 
+    GpbHost_FillMemory(0);
     GpbHost_SetObserver(countEvent, &iAsserts);
     GpbHost_SetAssertResult(3);
     CHECK(ZMP_Assert(FILE_TAG, LINE, 0) == 3);

@@ -1,4 +1,5 @@
 /** The allocator: books, guards, fill patterns and errors of the caller. */
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstring>
@@ -17,6 +18,7 @@ using gpbtest::joinLines;
 constexpr const char *kFile = "unit";
 constexpr uint8_t kPartition = 3;
 constexpr unsigned char kNewByte = 0xA5;
+constexpr unsigned char kReleasedByte = 0xDD;
 
 /** Overwrites one byte that is out of bounds on purpose, past a memory checker that would stop the program. */
 __attribute__((no_sanitize("address"))) void overwrite(volatile unsigned char *byte)
@@ -134,6 +136,48 @@ TEST_F(ZmpMemoryTest, NewMemoryIsFilledAndAlignedForAnyObject)
         EXPECT_EQ(std::vector<unsigned char>(size, kNewByte), std::vector<unsigned char>(memory, memory + size));
         release(memory);
     }
+}
+
+TEST_F(ZmpMemoryTest, FillingCanBeSwitchedOffAndIsOnAgainAfterAReset)
+{
+    constexpr unsigned char kOwnByte = 0x11;
+    const auto consistsOf = [](const unsigned char *memory, size_t size, unsigned char wanted)
+    { return std::all_of(memory, memory + size, [=](unsigned char byte) { return byte == wanted; }); };
+    for (const size_t size : {size_t{20}, size_t{5000}})
+    {
+        GpbHost_FillMemory(0);
+        unsigned char *const used = allocate(size);
+        std::memset(used, kOwnByte, size);
+        release(used);
+        // Most likely what has just been released: filled by nobody, neither then nor now.
+        unsigned char *const reused = allocate(size);
+        EXPECT_FALSE(consistsOf(reused, size, kNewByte)) << size;
+        EXPECT_FALSE(consistsOf(reused, size, kReleasedByte)) << size;
+        release(reused);
+
+        GpbHost_FillMemory(1);
+        unsigned char *const filled = allocate(size);
+        EXPECT_TRUE(consistsOf(filled, size, kNewByte)) << size;
+        release(filled);
+    }
+    GpbHost_FillMemory(0);
+    GpbHost_Reset();
+    unsigned char *const filled = allocate(20);
+    EXPECT_TRUE(consistsOf(filled, 20, kNewByte));
+    release(filled);
+}
+
+TEST_F(ZmpMemoryTest, MemoryThatIsNotFilledIsEnteredAndWatched)
+{
+    GpbHost_FillMemory(0);
+    const size_t countBefore = GpbHost_LiveCount();
+    unsigned char *const memory = allocate(20, 5);
+    EXPECT_EQ(countBefore + 1, GpbHost_LiveCount());
+    overwrite(memory + 20);
+    release(memory, 6);
+    EXPECT_EQ(countBefore, GpbHost_LiveCount());
+    EXPECT_EQ("MALLOC unit:5\nOVERRUN unit:6\nFREE unit:6\n", joinLines(events().texts()));
+    events().clear(); // provoked: not for the fixture to complain about
 }
 
 TEST_F(ZmpMemoryTest, NoBytesAreAnAllocationToo)
