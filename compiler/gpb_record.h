@@ -188,10 +188,12 @@ private:
     const GpbRecord *parent_;
 };
 
-/// The record that a layer's message is, or null for any other message.
+/// The record that a layer's message is, or null for any other message. The type lies in the library alone, so its
+/// information has one address.
 inline GpbRecord *GpbRecordOf(google::protobuf::Message *message)
 {
-    return message != nullptr && typeid(*message) == typeid(GpbRecord) ? static_cast<GpbRecord *>(message) : nullptr;
+    const bool isRecord = message != nullptr && &typeid(*message) == &typeid(GpbRecord);
+    return isRecord ? static_cast<GpbRecord *>(message) : nullptr;
 }
 
 inline const GpbRecord *GpbRecordOf(const google::protobuf::Message *message)

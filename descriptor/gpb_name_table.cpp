@@ -173,10 +173,30 @@ bool GpbNameTable::IsNameOf(const GpbNamedField &field, const char *nodeName, Gp
 }
 
 // Not a part of the walks, which would have to hold more at hand than the guess takes.
-const GpbNamedField &GpbNameTable::LookUp(const char *nodeName) const
+const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, GpbNameMemo *memo) const
 {
+    const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, *this);
+    if (known != nullptr && Contains(known))
+    {
+        return *known;
+    }
     const uint32_t place = places_.Find(nodeName);
-    return place == GpbNameMap::NOTHING ? FindConverted(nodeName) : fields_[place];
+    if (place == GpbNameMap::NOTHING)
+    {
+        // Converted each time: what fails in the platform's functions must not be remembered as a miss.
+        return FindConverted(nodeName);
+    }
+    if (memo != nullptr)
+    {
+        memo->KeepAt(nodeName, *this, fields_[place]);
+    }
+    return fields_[place];
+}
+
+bool GpbNameTable::Contains(const GpbNamedField *field) const
+{
+    const auto isBefore = std::less<>();
+    return !isBefore(field, fields_.data()) && isBefore(field, fields_.data() + fields_.size());
 }
 
 const GpbNamedField &GpbNameTable::FindConverted(const char *nodeName) const

@@ -29,7 +29,7 @@ class GpbNameGuess
 {
 public:
     GpbNameGuess() = default;
-    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | uint32_t{isTried}) {}
+    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | (isTried ? 1U : 0U)) {}
 
     uint32_t Place() const { return code_ >> 1U; }
     bool IsTried() const { return (code_ & 1U) != 0; }
@@ -63,7 +63,7 @@ public:
             guess = {guessed.next, true};
             return guessed;
         }
-        const GpbNamedField &found = LookUp(nodeName);
+        const GpbNamedField &found = LookUp(nodeName, memo);
         guess = {found.next, &found == &guessed};
         return found;
     }
@@ -74,7 +74,8 @@ private:
                  const std::set<std::string_view> &names);
 
     static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo);
-    const GpbNamedField &LookUp(const char *nodeName) const;
+    const GpbNamedField &LookUp(const char *nodeName, GpbNameMemo *memo) const;
+    bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
 
