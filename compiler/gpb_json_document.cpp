@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <type_traits>
 
@@ -11,17 +10,9 @@
 namespace
 {
 
-// Of the root's type: no flag of cJSON's.
-constexpr int DOCUMENT_FLAG = 1 << 16;
-
 // The first block holds small documents as a whole; each one doubles, up to what the C library still keeps for reuse.
 constexpr size_t FIRST_BLOCK_SIZE = 4096;
 constexpr size_t LARGEST_BLOCK_SIZE = size_t{1} << 16;
-
-constexpr size_t RoundedUp(size_t size)
-{
-    return (size + alignof(cJSON) - 1) / alignof(cJSON) * alignof(cJSON);
-}
 
 } // namespace
 
@@ -52,12 +43,6 @@ cJSON *GpbJsonDocument::New()
     return &document->root_;
 }
 
-GpbJsonDocument *GpbJsonDocument::Of(cJSON *root)
-{
-    const bool isDocument = root != nullptr && (root->type & DOCUMENT_FLAG) != 0;
-    return isDocument ? reinterpret_cast<GpbJsonDocument *>(root) : nullptr;
-}
-
 void GpbJsonDocument::Delete(cJSON *root)
 {
     const GpbJsonDocument *document = Of(root);
@@ -72,70 +57,6 @@ void GpbJsonDocument::Delete(cJSON *root)
         GpbLib_Json_Free(block);
         block = older;
     }
-}
-
-cJSON *GpbJsonDocument::NewItem(int type)
-{
-    void *memory = Take(sizeof(cJSON));
-    if (memory == nullptr)
-    {
-        return nullptr;
-    }
-    auto *item = new (memory) cJSON{};
-    item->type = type;
-    return item;
-}
-
-cJSON *GpbJsonDocument::NewNumber(double value)
-{
-    cJSON *item = NewItem(cJSON_Number);
-    if (item != nullptr)
-    {
-        item->valuedouble = value;
-    }
-    return item;
-}
-
-cJSON *GpbJsonDocument::NewString(const char *text)
-{
-    char *copy = Copy(text);
-    cJSON *item = copy == nullptr ? nullptr : NewItem(cJSON_String);
-    if (item != nullptr)
-    {
-        item->valuestring = copy;
-    }
-    return item;
-}
-
-cJSON *GpbJsonDocument::AddToObject(cJSON *object, const char *name, cJSON *item)
-{
-    char *copy = item == nullptr ? nullptr : Copy(name);
-    if (copy == nullptr)
-    {
-        return nullptr;
-    }
-    item->string = copy;
-    return AddToArray(object, item);
-}
-
-cJSON *GpbJsonDocument::AddToArray(cJSON *array, cJSON *item)
-{
-    if (array == nullptr || item == nullptr)
-    {
-        return nullptr;
-    }
-    // As in any cJSON tree, the link to the one before leads from the first child to the last.
-    cJSON *first = array->child;
-    if (first == nullptr)
-    {
-        array->child = item;
-        item->prev = item;
-        return item;
-    }
-    item->prev = first->prev;
-    first->prev->next = item;
-    first->prev = item;
-    return item;
 }
 
 // Adds a block with at least so much content.
@@ -154,28 +75,4 @@ bool GpbJsonDocument::AddBlock(size_t size)
     next_ = block->Content();
     left_ = blockSize - Block::HEADER_SIZE;
     return true;
-}
-
-void *GpbJsonDocument::Take(size_t size)
-{
-    const size_t rounded = RoundedUp(size);
-    if (rounded > left_ && !AddBlock(rounded))
-    {
-        return nullptr;
-    }
-    char *taken = next_;
-    next_ += rounded;
-    left_ -= rounded;
-    return taken;
-}
-
-char *GpbJsonDocument::Copy(const char *text)
-{
-    if (text == nullptr)
-    {
-        return nullptr;
-    }
-    const size_t size = std::strlen(text) + 1;
-    void *copy = Take(size);
-    return copy == nullptr ? nullptr : static_cast<char *>(std::memcpy(copy, text, size));
 }

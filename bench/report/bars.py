@@ -104,6 +104,10 @@ def rows():
             _against("json_to_gpb", _sizes(LARGER_SIZES, "text"), "protobuf")),
         Row("JSON to GPB, with parsing, 20 leaves / JsonStringToMessage and serializing", 0.20, None,
             _against("json_to_gpb", _sizes((20,), "text"), "protobuf")),
+        Row("JSON to GPB, with parsing, memory kept by both, 200 to 200,000 leaves / the same", 0.20, None,
+            _against("json_to_gpb", _sizes(LARGER_SIZES, "kept"), "protobuf")),
+        Row("JSON to GPB, with parsing, memory kept by both, 20 leaves / the same", 0.20, None,
+            _against("json_to_gpb", _sizes((20,), "kept"), "protobuf")),
         *_to_json(),
         *_object_tree(),
     ]
