@@ -3,6 +3,7 @@
 
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
+#include <typeinfo>
 
 #include "compiler/exact/gpb_exact_xml_walk.h"
 #include "compiler/gpb_factory_guard.h"
@@ -73,9 +74,10 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
 {
     GpbCompilerStack stack;
     GpbTopMessage top(stack);
-    // Whoever is told what cannot be encoded might rename nodes.
+    // Whoever is told what cannot be encoded might rename nodes, and so might a subclass.
     GpbNameMemo names;
-    const GpbFieldFinder::Document document(*pstFieldFinder, GpbArePathsLogged(pvLibHandle) ? nullptr : &names);
+    const bool mayNamesMove = GpbArePathsLogged(pvLibHandle) || typeid(*this) != typeid(GpbXmlCompiler);
+    const GpbFieldFinder::Document document(*pstFieldFinder, mayNamesMove ? nullptr : &names);
     const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
     const unsigned int result =
         isLossless ? GpbExactXmlWalk(*this).WalkSiblings(pstRoot, stack) : IterXmlDoc(pstRoot, stack);

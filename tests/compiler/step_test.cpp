@@ -1,5 +1,7 @@
 /** The compiler's steps one by one, for what no document or only an odd one reaches. White box: subclasses see these.
  */
+#include <cstring>
+
 #include "compiler/compiler_fixture.h"
 
 namespace
@@ -301,6 +303,32 @@ TEST_F(StepTest, LayerCountAfterEachKindOfNodeInACase)
         EXPECT_EQ("choice.Top.case_a", stack.astLayer[1].strXPath);
         EXPECT_NE(nullptr, stack.astLayer[1].pstMessage);
     }
+}
+
+// ---- names that move ----
+
+xmlChar *g_nameToChange;
+
+unsigned int storeAndRename(const GpbCompilerStackLayer &layer, const FieldDescriptor *field, const char *value)
+{
+    const unsigned int result = GpbCompiler_StrTrans_ToString(layer, field, value);
+    std::memcpy(g_nameToChange, "blob", std::strlen("blob"));
+    return result;
+}
+
+TEST_F(StepTest, ReadsNamesAnewThatATranslatorHasChanged)
+{
+    recreateContext({0, 1, 2, 3}); // with a slot open, names are always read anew
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(context(), "walk", 0));
+    open("walk");
+    compiler().astStrTrans[FieldDescriptor::TYPE_STRING] = storeAndRename;
+    gpbtest::XmlDocument document("<top><name>a</name><name>b</name><name>c</name></top>");
+    // The three elements have one name together, which is "blob" from the first leaf on.
+    g_nameToChange = const_cast<xmlChar *>(document.find("name")->name);
+    ASSERT_EQ(0u, compiler().Encode(document.get()));
+    unsigned int length = 0;
+    const char *const bytes = compiler().GetResult(&length);
+    EXPECT_TRUE(judge().holds("walk.Top", std::string(bytes, length), "name: 'a' blob: 'c'"));
 }
 
 } // namespace
