@@ -20,7 +20,8 @@ template <typename Whole>
 }
 
 /**
- * Writes a number as printf does with "%.14g", if it is whole or has at most four digits behind the point.
+ * Writes a number as printf does with "%.14g", if it is whole or has at most four digits behind the point. Programs
+ * that round otherwise than to the nearest number get the nearest text all the same.
  *
  * @return where its characters end; null for a number that is left to printf
  */

@@ -91,9 +91,12 @@ enum class Mode
     TEMPLATE
 };
 
-// The wire type of each node type.
+// The wire type of each node type: none, integer, string, container, root.
 constexpr uint32_t NODE_TYPES = 5;
 constexpr uint32_t NOT_WRITTEN = 8; // no wire type
+static_assert(GPB_OBJNODE_INVALID == 0 && GPB_OBJNODE_INTLEAF == 1 && GPB_OBJNODE_STRLEAF == 2 &&
+                  GPB_OBJNODE_CONTAIN == 3 && GPB_OBJNODE_ROOTDOC == 4,
+              "the places in these tables");
 constexpr uint32_t PLAIN_WIRE_TYPES[NODE_TYPES] = {NOT_WRITTEN, GPB_WIRE_VARINT, GPB_WIRE_DELIMITED, GPB_WIRE_DELIMITED,
                                                    NOT_WRITTEN};
 constexpr uint32_t TEMPLATE_WIRE_TYPES[NODE_TYPES] = {NOT_WRITTEN, GPB_WIRE_VARINT, GPB_WIRE_DELIMITED,
