@@ -10,15 +10,20 @@
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "platform/zmp.h"
 
+/// Whether a leaf may hold an identity, which takes a namespace that it declares. Other nodes than elements end before
+/// the place of their namespaces.
+inline bool GpbMayBeIdentity(const xmlNode *leaf)
+{
+    return leaf->type == XML_ELEMENT_NODE && leaf->nsDef != nullptr;
+}
+
 /// A leaf's text as it is stored: an identity with its module in place of the prefix, any other text as it is.
 class GpbIdentityValue
 {
 public:
     /// @param text  lives as long as this
     GpbIdentityValue(uint32_t memHandle, xmlNode *leaf, char *text)
-        : text_(text),
-          // Only a leaf that declares a namespace can hold an identity.
-          identity_(leaf->nsDef == nullptr ? nullptr : GPB_IdentityNodeValueUpdate(memHandle, leaf, text))
+        : text_(text), identity_(GpbMayBeIdentity(leaf) ? GPB_IdentityNodeValueUpdate(memHandle, leaf, text) : nullptr)
     {
     }
 

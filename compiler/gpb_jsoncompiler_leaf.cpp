@@ -2,6 +2,7 @@
 #include <cjson/cJSON.h>
 #include <cstdint>
 #include <google/protobuf/descriptor.h>
+#include <optional>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
@@ -46,12 +47,12 @@ const char *ValueText(const cJSON *item)
 
 // What comes of a value that was not stored, or that has no text.
 [[gnu::noinline]] unsigned int LeaveOut(void *libHandle, const GpbCompilerStackLayer &layer,
-                                        const FieldDescriptor &field, const GpbTranslators &translators,
-                                        const cJSON *item, const char *text)
+                                        const FieldDescriptor &field, bool hasTranslator, const cJSON *item,
+                                        const char *text)
 {
-    const auto type = static_cast<unsigned int>(field.type());
-    if (translators[type] == nullptr)
+    if (!hasTranslator)
     {
+        const auto type = static_cast<unsigned int>(field.type());
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_NO_TRANSLATOR,
                    "Gpb Compiler fill leaf fail to find translator for node [%s] type %u.", GpbJsonLogKey(item), type);
         return GPB_COMPILER_ERR;
@@ -69,11 +70,13 @@ const char *ValueText(const cJSON *item)
 unsigned int StoreText(void *libHandle, const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
                        const GpbTranslators &translators, const cJSON *item, const char *text)
 {
-    if (text != nullptr && GpbStoreLeaf(layer, field, translators, text) == GPB_COMPILER_OK)
+    if (text == nullptr)
     {
-        return GPB_COMPILER_OK;
+        return LeaveOut(libHandle, layer, *field, translators[field->type()] != nullptr, item, text);
     }
-    return LeaveOut(libHandle, layer, *field, translators, item, text);
+    const std::optional<unsigned int> result = GpbStoreLeaf(layer, field, translators, text);
+    return result == GPB_COMPILER_OK ? GPB_COMPILER_OK
+                                     : LeaveOut(libHandle, layer, *field, result.has_value(), item, text);
 }
 
 // A number is printed unless its field takes no text.
@@ -129,7 +132,8 @@ template <typename Fill>
         return GPB_COMPILER_OK;
     }
     return GpbStoreLeaf(GpbTopLayer(stStack), pstField, astStrTrans,
-                        pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT);
+                        pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT)
+        .value_or(GPB_COMPILER_ERR);
 }
 
 // Flat, since most of a document are leaves.

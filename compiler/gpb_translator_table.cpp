@@ -35,10 +35,10 @@ void GpbFillTranslatorTable(GpbTranslators &table, const char *tag)
     table[FieldDescriptor::TYPE_SINT64] = GpbCompiler_StrTrans_ToInt64;
 }
 
-unsigned int GpbTranslate(const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
-                          const GpbTranslators &translators, const char *text)
+std::optional<unsigned int> GpbTranslate(const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
+                                         const GpbTranslators &translators, const char *text)
 {
     const auto type = static_cast<unsigned int>(field->type());
     const GpbStrTransFunc translate = type < GPB_FIELD_TYPE_NUM ? translators[type] : nullptr;
-    return translate == nullptr ? GPB_COMPILER_NO_TRANSLATOR : translate(layer, field, text);
+    return translate == nullptr ? std::nullopt : std::optional(translate(layer, field, text));
 }

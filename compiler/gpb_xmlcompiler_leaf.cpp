@@ -1,6 +1,7 @@
 // XML to GPB: leaves.
 #include <google/protobuf/descriptor.h>
 #include <libxml/tree.h>
+#include <optional>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
@@ -26,9 +27,10 @@ constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
 
-[[gnu::noinline]] void ReportNotStored(void *libHandle, const GpbCompilerStackLayer &layer,
-                                       const FieldDescriptor &field, const GpbTranslators &translators,
-                                       const char *value, const char *nodeName)
+// `result` is that of a translator, nothing where there is none. Returns the code for it.
+[[gnu::noinline]] unsigned int ReportNotStored(void *libHandle, const GpbCompilerStackLayer &layer,
+                                               const FieldDescriptor &field, std::optional<unsigned int> result,
+                                               const char *value, const char *nodeName)
 {
     const auto type = static_cast<unsigned int>(field.type());
     if (type >= GPB_FIELD_TYPE_NUM)
@@ -36,7 +38,7 @@ char EMPTY_LEAF_VALUE[] = "true";
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_FIELD_TYPE_INVALID,
                    "[GpbXmlCompiler][FillLeafField]field type invalid node [%s] type %u.", nodeName, type);
     }
-    else if (translators[type] == nullptr)
+    else if (!result.has_value())
     {
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_NO_TRANSLATOR,
                    "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.", nodeName, type);
@@ -47,6 +49,7 @@ char EMPTY_LEAF_VALUE[] = "true";
                    "[GpbXmlCompiler][FillLeafField]Fail to translator node [%s] value [%s] to layer [%s].", nodeName,
                    value, layer.strXPath.c_str());
     }
+    return result.value_or(GPB_COMPILER_NO_TRANSLATOR);
 }
 
 // A leaf in a case, a member of a choice, or one that may be an identity. `fill(layer, field, value, name)` stores it.
@@ -106,7 +109,7 @@ template <typename Fill>
         GpbReportNoXmlLeaf(pvLibHandle, name, layer);
         return GPB_COMPILER_NO_FIELD;
     }
-    if (found.caseField != nullptr || found.field->containing_oneof() != nullptr || pstNode->nsDef != nullptr)
+    if (found.caseField != nullptr || found.field->containing_oneof() != nullptr || GpbMayBeIdentity(pstNode))
     {
         return FillSpecial(pvLibHandle, uiMemHandle, pstNode, found, stStack,
                            [this](const GpbCompilerStackLayer &top, const FieldDescriptor *field, char *value,
@@ -156,10 +159,7 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
 unsigned int GpbXmlCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
                                            char *pcValue, char *pcNodeName)
 {
-    const unsigned int result = GpbStoreLeaf(stLayer, pstField, astStrTrans, pcValue);
-    if (result != GPB_COMPILER_OK)
-    {
-        ReportNotStored(pvLibHandle, stLayer, *pstField, astStrTrans, pcValue, pcNodeName);
-    }
-    return result;
+    const std::optional<unsigned int> result = GpbStoreLeaf(stLayer, pstField, astStrTrans, pcValue);
+    return result == GPB_COMPILER_OK ? GPB_COMPILER_OK
+                                     : ReportNotStored(pvLibHandle, stLayer, *pstField, result, pcValue, pcNodeName);
 }

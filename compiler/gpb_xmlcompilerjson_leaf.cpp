@@ -4,6 +4,7 @@
 #include <libxml/tree.h>
 #include <memory>
 
+#include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_json_leaf.h"
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_xml_node.h"
@@ -61,9 +62,8 @@ struct IdentityFree
     {
         return GPB_COMPILER_NO_FIELD;
     }
-    // Only a leaf that declares a namespace can hold an identity.
-    return pstNode->nsDef == nullptr ? FillLeafField(field, pstNode, pstParent, content)
-                                     : FillLeafText(field, pstNode, pstParent, content);
+    return GpbMayBeIdentity(pstNode) ? FillLeafText(field, pstNode, pstParent, content)
+                                     : FillLeafField(field, pstNode, pstParent, content);
 }
 
 unsigned int GpbXmlCompilerJson::FillLeafText(const FieldDescriptor *pstField, xmlNode *pstNode, cJSON *pstParent,

@@ -61,6 +61,7 @@ private:
 class OpenJsonCompiler : public GpbJsonCompiler
 {
 public:
+    using GpbJsonCompiler::astStrTrans;
     using GpbJsonCompiler::FillLeafField;
     using GpbJsonCompiler::GPB_CompilerStackPrepare;
     using GpbJsonCompiler::GPB_ConvertDataType;

@@ -259,6 +259,31 @@ TEST_F(JsonPartTest, FailsWhenANumberCannotBePrinted)
     }
 }
 
+GpbStrTransFunc *g_ownEntry;
+
+unsigned int refuseFromNowOn(const GpbCompilerStackLayer &, const google::protobuf::FieldDescriptor *, const char *)
+{
+    *g_ownEntry = nullptr;
+    return 1;
+}
+
+TEST_F(JsonPartTest, TellsATranslatorThatFailsAndGoesFromNone)
+{
+    const auto compiler = open<OpenJsonCompiler>("plant");
+    g_ownEntry = &compiler->astStrTrans[google::protobuf::FieldDescriptor::TYPE_STRING];
+    for (const char *const value : {"\"x\"", "5"})
+    {
+        SCOPED_TRACE(value);
+        const JsonTree tree(std::string("{\"plant\":{\"first-name\":") + value + "}}");
+        *g_ownEntry = refuseFromNowOn;
+        EXPECT_EQ(0u, compiler->EncodeJson(tree.root(), tree.root()));
+        EXPECT_NE(std::string::npos, log().take().find("fill leaf fail to translator layer [plant.Plant]."));
+        EXPECT_EQ(1u, compiler->EncodeJson(tree.root(), tree.root()));
+        EXPECT_NE(std::string::npos,
+                  log().take().find("fill leaf fail to find translator for node [first-name] type 9."));
+    }
+}
+
 TEST_F(JsonPartTest, IsSilentWhenNobodyListens)
 {
     recreateContext({0, 1, 2, 3});

@@ -67,6 +67,26 @@ TEST_F(StepTest, FillLeafFieldWithoutTranslatorGivesEight)
     EXPECT_TRUE(judge().holds("walk.Top", layer.pstMessage->SerializeAsString(), "count: 4"));
 }
 
+GpbStrTransFunc *g_ownEntry;
+
+unsigned int refuseFromNowOn(const GpbCompilerStackLayer &, const FieldDescriptor *, const char *)
+{
+    *g_ownEntry = nullptr;
+    return 8;
+}
+
+TEST_F(StepTest, FillLeafFieldTellsATranslatorThatFailsAndGoesFromNone)
+{
+    open("walk");
+    const GpbCompilerStackLayer layer = layerOf("walk.Top", "p");
+    g_ownEntry = &compiler().astStrTrans[FieldDescriptor::TYPE_STRING];
+    *g_ownEntry = refuseFromNowOn;
+    EXPECT_EQ(8u, fill(layer, field("walk.Top", "name"), "x"));
+    EXPECT_LOG(log(), "0: [GpbXmlCompiler][FillLeafField]Fail to translator node [node] value [x] to layer [p].");
+    EXPECT_EQ(8u, fill(layer, field("walk.Top", "name"), "x"));
+    EXPECT_LOG(log(), "0: [GpbXmlCompiler][FillLeafField]Fail to find translator for node [node] type 9.");
+}
+
 TEST_F(StepTest, FillLeafFieldReturnsTheTranslatorsCode)
 {
     open("walk");
