@@ -2,7 +2,6 @@
 #include <cjson/cJSON.h>
 #include <cstdint>
 #include <google/protobuf/descriptor.h>
-#include <optional>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
@@ -10,6 +9,7 @@
 #include "compiler/gpb_json_node.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_record_leaf.h"
+#include "compiler/gpb_translator_table.h"
 #include "core/gpb_log.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
@@ -67,16 +67,30 @@ const char *ValueText(const cJSON *item)
     return GPB_COMPILER_OK;
 }
 
+// Stores a leaf in a message. The table is not read again once the translator has been called: one that fails may have
+// taken itself out, since subclasses can reach the table.
+[[gnu::noinline]] unsigned int Translate(void *libHandle, const GpbCompilerStackLayer &layer,
+                                         const FieldDescriptor &field, const GpbTranslators &translators,
+                                         const cJSON *item, const char *text)
+{
+    const GpbStrTransFunc translate = GpbTranslatorOf(field, translators);
+    const bool isStored = translate != nullptr && text != nullptr && translate(layer, &field, text) == GPB_COMPILER_OK;
+    return isStored ? GPB_COMPILER_OK : LeaveOut(libHandle, layer, field, translate != nullptr, item, text);
+}
+
 unsigned int StoreText(void *libHandle, const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
                        const GpbTranslators &translators, const cJSON *item, const char *text)
 {
-    if (text == nullptr)
+    GpbRecord *record = GpbRecordOf(layer.pstMessage);
+    if (record == nullptr)
     {
-        return LeaveOut(libHandle, layer, *field, translators[field->type()] != nullptr, item, text);
+        return Translate(libHandle, layer, *field, translators, item, text);
     }
-    const std::optional<unsigned int> result = GpbStoreLeaf(layer, field, translators, text);
-    return result == GPB_COMPILER_OK ? GPB_COMPILER_OK
-                                     : LeaveOut(libHandle, layer, *field, result.has_value(), item, text);
+    if (text != nullptr && GpbStoreInRecord(*record, field, text) == GPB_COMPILER_OK)
+    {
+        return GPB_COMPILER_OK;
+    }
+    return LeaveOut(libHandle, layer, *field, GpbTranslatorOf(*field, translators) != nullptr, item, text);
 }
 
 // A number is printed unless its field takes no text.
@@ -131,9 +145,11 @@ template <typename Fill>
                 GpbJsonLogKey(pstItem), static_cast<int>(pstField->type()));
         return GPB_COMPILER_OK;
     }
-    return GpbStoreLeaf(GpbTopLayer(stStack), pstField, astStrTrans,
-                        pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT)
-        .value_or(GPB_COMPILER_ERR);
+    const GpbCompilerStackLayer &layer = GpbTopLayer(stStack);
+    const char *text = pstField->type() == FieldDescriptor::TYPE_BOOL ? PRESENT : NO_TEXT;
+    GpbRecord *record = GpbRecordOf(layer.pstMessage);
+    return record == nullptr ? astStrTrans[pstField->type()](layer, pstField, text)
+                             : GpbStoreInRecord(*record, pstField, text);
 }
 
 // Flat, since most of a document are leaves.

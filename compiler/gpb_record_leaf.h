@@ -1,13 +1,11 @@
-// Storing the texts of leaves, by translators and in records.
+// Storing the texts of leaves in records.
 #ifndef GPB_COMPILER_GPB_RECORD_LEAF_H
 #define GPB_COMPILER_GPB_RECORD_LEAF_H
 
-#include <optional>
 #include <string_view>
 
 #include "compiler/gpb_leaf_value.h"
 #include "compiler/gpb_record.h"
-#include "compiler/gpb_translator_table.h"
 #include "core/gpb_barrier.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
@@ -17,8 +15,8 @@ unsigned int GpbStoreEnumInRecord(GpbRecord &record, const GpbRecordField &field
 /// GpbReadDouble, which needs room on the stack and so is no part of what all leaves go through.
 double GpbToDouble(const char *text);
 
-/// Stores a text in a field of the record's type; nothing for a message. What a lack of memory throws goes through.
-inline std::optional<unsigned int> GpbStoreText(GpbRecord &record, const GpbRecordField &field, const char *text)
+/// Stores a text in a field of the record's type. What a lack of memory throws goes through.
+inline unsigned int GpbStoreText(GpbRecord &record, const GpbRecordField &field, const char *text)
 {
     switch (field.kind)
     {
@@ -51,12 +49,12 @@ inline std::optional<unsigned int> GpbStoreText(GpbRecord &record, const GpbReco
     case google::protobuf::FieldDescriptor::CPPTYPE_MESSAGE:
         break;
     }
-    return std::nullopt;
+    return GPB_COMPILER_NO_TRANSLATOR;
 }
 
-/// Does with a record what the translator of the field's type does with a message; the same codes. A part of its
-/// callers, which are called for each leaf.
-[[gnu::always_inline]] inline std::optional<unsigned int>
+/// Does with a record what the translator of the field's type does with a message; the same codes, and
+/// GPB_COMPILER_NO_TRANSLATOR for a type that has none. A part of its callers, which are called for each leaf.
+[[gnu::always_inline]] inline unsigned int
 GpbStoreInRecord(GpbRecord &record, const google::protobuf::FieldDescriptor *field, const char *text)
 {
     const GpbRecordField *described = record.Type().FieldOf(field);
@@ -64,17 +62,7 @@ GpbStoreInRecord(GpbRecord &record, const google::protobuf::FieldDescriptor *fie
     {
         return GPB_COMPILER_ERR;
     }
-    return GpbNoThrow(std::optional(GPB_COMPILER_ERR), [&] { return GpbStoreText(record, *described, text); });
-}
-
-/// Stores a leaf's text in a layer's message, by the translator of the field's type unless the message is a record;
-/// nothing for a field of a type that has none.
-inline std::optional<unsigned int> GpbStoreLeaf(const GpbCompilerStackLayer &layer,
-                                                const google::protobuf::FieldDescriptor *field,
-                                                const GpbTranslators &translators, const char *text)
-{
-    GpbRecord *record = GpbRecordOf(layer.pstMessage);
-    return record == nullptr ? GpbTranslate(layer, field, translators, text) : GpbStoreInRecord(*record, field, text);
+    return GpbNoThrow(GPB_COMPILER_ERR, [&] { return GpbStoreText(record, *described, text); });
 }
 
 #endif

@@ -35,10 +35,8 @@ void GpbFillTranslatorTable(GpbTranslators &table, const char *tag)
     table[FieldDescriptor::TYPE_SINT64] = GpbCompiler_StrTrans_ToInt64;
 }
 
-std::optional<unsigned int> GpbTranslate(const GpbCompilerStackLayer &layer, const FieldDescriptor *field,
-                                         const GpbTranslators &translators, const char *text)
+GpbStrTransFunc GpbTranslatorOf(const FieldDescriptor &field, const GpbTranslators &translators)
 {
-    const auto type = static_cast<unsigned int>(field->type());
-    const GpbStrTransFunc translate = type < GPB_FIELD_TYPE_NUM ? translators[type] : nullptr;
-    return translate == nullptr ? std::nullopt : std::optional(translate(layer, field, text));
+    const auto type = static_cast<unsigned int>(field.type());
+    return type < GPB_FIELD_TYPE_NUM ? translators[type] : nullptr;
 }

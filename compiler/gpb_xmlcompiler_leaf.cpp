@@ -1,13 +1,13 @@
 // XML to GPB: leaves.
 #include <google/protobuf/descriptor.h>
 #include <libxml/tree.h>
-#include <optional>
 
 #include "compiler/gpb_ancestor_layers.h"
 #include "compiler/gpb_case_switch.h"
 #include "compiler/gpb_identity_value.h"
 #include "compiler/gpb_layer.h"
 #include "compiler/gpb_record_leaf.h"
+#include "compiler/gpb_translator_table.h"
 #include "compiler/gpb_xml_log.h"
 #include "compiler/gpb_xml_node.h"
 #include "core/gpb_log.h"
@@ -27,10 +27,9 @@ constexpr uint32_t LINE_TRANSLATE_FAILED = 512;
 // A leaf that is there and has no content is true.
 char EMPTY_LEAF_VALUE[] = "true";
 
-// `result` is that of a translator, nothing where there is none. Returns the code for it.
-[[gnu::noinline]] unsigned int ReportNotStored(void *libHandle, const GpbCompilerStackLayer &layer,
-                                               const FieldDescriptor &field, std::optional<unsigned int> result,
-                                               const char *value, const char *nodeName)
+[[gnu::noinline]] void ReportNotStored(void *libHandle, const GpbCompilerStackLayer &layer,
+                                       const FieldDescriptor &field, bool hasTranslator, const char *value,
+                                       const char *nodeName)
 {
     const auto type = static_cast<unsigned int>(field.type());
     if (type >= GPB_FIELD_TYPE_NUM)
@@ -38,7 +37,7 @@ char EMPTY_LEAF_VALUE[] = "true";
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_FIELD_TYPE_INVALID,
                    "[GpbXmlCompiler][FillLeafField]field type invalid node [%s] type %u.", nodeName, type);
     }
-    else if (!result.has_value())
+    else if (!hasTranslator)
     {
         GPB_LOG_AS(libHandle, GPB_LOG_ERROR, FILL_LEAF, LINE_NO_TRANSLATOR,
                    "[GpbXmlCompiler][FillLeafField]Fail to find translator for node [%s] type %u.", nodeName, type);
@@ -49,7 +48,21 @@ char EMPTY_LEAF_VALUE[] = "true";
                    "[GpbXmlCompiler][FillLeafField]Fail to translator node [%s] value [%s] to layer [%s].", nodeName,
                    value, layer.strXPath.c_str());
     }
-    return result.value_or(GPB_COMPILER_NO_TRANSLATOR);
+}
+
+// Stores a leaf in a message. The table is not read again once the translator has been called: one that fails may have
+// taken itself out, since subclasses can reach the table.
+[[gnu::noinline]] unsigned int Translate(void *libHandle, const GpbCompilerStackLayer &layer,
+                                         const FieldDescriptor &field, const GpbTranslators &translators,
+                                         const char *value, const char *nodeName)
+{
+    const GpbStrTransFunc translate = GpbTranslatorOf(field, translators);
+    const unsigned int result = translate == nullptr ? GPB_COMPILER_NO_TRANSLATOR : translate(layer, &field, value);
+    if (result != GPB_COMPILER_OK)
+    {
+        ReportNotStored(libHandle, layer, field, translate != nullptr, value, nodeName);
+    }
+    return result;
 }
 
 // A leaf in a case, a member of a choice, or one that may be an identity. `fill(layer, field, value, name)` stores it.
@@ -159,7 +172,15 @@ unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerS
 unsigned int GpbXmlCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer, const FieldDescriptor *pstField,
                                            char *pcValue, char *pcNodeName)
 {
-    const std::optional<unsigned int> result = GpbStoreLeaf(stLayer, pstField, astStrTrans, pcValue);
-    return result == GPB_COMPILER_OK ? GPB_COMPILER_OK
-                                     : ReportNotStored(pvLibHandle, stLayer, *pstField, result, pcValue, pcNodeName);
+    GpbRecord *record = GpbRecordOf(stLayer.pstMessage);
+    if (record == nullptr)
+    {
+        return Translate(pvLibHandle, stLayer, *pstField, astStrTrans, pcValue, pcNodeName);
+    }
+    const unsigned int result = GpbStoreInRecord(*record, pstField, pcValue);
+    if (result != GPB_COMPILER_OK)
+    {
+        ReportNotStored(pvLibHandle, stLayer, *pstField, result != GPB_COMPILER_NO_TRANSLATOR, pcValue, pcNodeName);
+    }
+    return result;
 }
