@@ -20,6 +20,8 @@ def parse_arguments():
                         help="small documents and few repetitions: shows that everything runs, not how fast")
     parser.add_argument("--instructions", action="store_true",
                         help="count instructions with callgrind instead of measuring times")
+    parser.add_argument("--repetitions", type=int, metavar="N",
+                        help="measure everything N times; for machines on which other work comes and goes")
     parser.add_argument("--check", action="store_true", help="fail when a row misses its bar by more than noise")
     parser.add_argument("--docs", action="store_true",
                         help="measure nothing; write the tables and plots of docs/performance.md from the last results")
@@ -43,7 +45,7 @@ def run(arguments):
         results["instructions"] = measure.instructions(PROGRAMS, arguments.quick)
     else:
         results["machine"] = measure.machine()
-        results["times"] = measure.times(PROGRAMS, arguments.quick)
+        results["times"] = measure.times(PROGRAMS, arguments.quick, arguments.repetitions)
     results["bars"] = evaluate.evaluate(results)
     RESULTS.parent.mkdir(parents=True, exist_ok=True)
     RESULTS.write_text(json.dumps(results, indent=1))

@@ -35,12 +35,13 @@ def build(directory):
     return max(os.stat(file).st_mtime_ns for file in files)
 
 
-def times(directory, quick):
+def times(directory, quick, repetitions=None):
     """Runs all programs; for each benchmark its leaves, nanoseconds per leaf by repetition, allocations and peak."""
     found = {}
+    options = [*(QUICK if quick else ()), *([f"--benchmark_repetitions={repetitions}"] if repetitions else ())]
     for program in PROGRAMS:
         with tempfile.NamedTemporaryFile(suffix=".json") as out:
-            command = [f"{directory}/bench_{program}", f"--benchmark_out={out.name}", *(QUICK if quick else ())]
+            command = [f"{directory}/bench_{program}", f"--benchmark_out={out.name}", *options]
             subprocess.run(command, check=True)
             for run in json.loads(pathlib.Path(out.name).read_text())["benchmarks"]:
                 if run["run_type"] == "iteration":
