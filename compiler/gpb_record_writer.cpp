@@ -67,7 +67,8 @@ void WritePacked(const GpbRecordField &field, const GpbRecordCell *last, GpbBack
     writer.Varint(writer.Size() - before, field.tag);
 }
 
-void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
+// Not a part of GpbWriteRecord, which has enough at hand without the cells of a list.
+[[gnu::noinline]] void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
 {
     if (field.isPacked)
     {
