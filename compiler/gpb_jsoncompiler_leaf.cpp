@@ -93,10 +93,11 @@ unsigned int StoreText(void *libHandle, const GpbCompilerStackLayer &layer, cons
     return LeaveOut(libHandle, layer, *field, GpbTranslatorOf(*field, translators) != nullptr, item, text);
 }
 
-// A number is printed unless its field takes no text.
-[[gnu::noinline]] unsigned int StoreNumber(void *libHandle, const GpbCompilerStackLayer &layer,
-                                           const FieldDescriptor *field, const GpbTranslators &translators,
-                                           const cJSON *item)
+// A number is printed unless its field takes no text. Not a part of what all leaves go through, since it needs room on
+// the stack.
+[[gnu::noinline, gnu::flatten]] unsigned int StoreNumber(void *libHandle, const GpbCompilerStackLayer &layer,
+                                                         const FieldDescriptor *field,
+                                                         const GpbTranslators &translators, const cJSON *item)
 {
     char number[GPB_JSON_NUMBER_SIZE] = {};
     const bool isPrinted =

@@ -159,7 +159,8 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     return GpbPushRecordLayer(pvLibHandle, stStack, found.field) ? GPB_COMPILER_OK : PushLayer(found.field, stStack);
 }
 
-unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
+// Seldom called, and not a part of the usual way, which needs no room on the stack.
+[[gnu::noinline]] unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.
