@@ -124,7 +124,7 @@ public:
             {
                 const unsigned bit = HIGHEST_BIT ^ static_cast<unsigned>(__builtin_clzll(bits));
                 const GpbRecordField &field = fields[bit];
-                bits ^= field.bit;
+                bits &= ~field.bit;
                 visit(field, words[field.word]);
             }
         }

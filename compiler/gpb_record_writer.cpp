@@ -34,11 +34,14 @@ void WriteNumber(GpbWireForm form, uint64_t number, GpbBackwardWriter &writer)
 [[gnu::always_inline]] inline void WriteValue(const GpbRecordField &field, GpbRecordValue value,
                                               GpbBackwardWriter &writer)
 {
+    // Most values are such numbers.
+    if (field.form == GpbWireForm::VARINT)
+    {
+        writer.Varint(value.number, field.tag);
+        return;
+    }
     switch (field.form)
     {
-    case GpbWireForm::VARINT:
-        writer.Varint(value.number, field.tag);
-        break;
     case GpbWireForm::TEXT:
         writer.Text(value.text->View());
         writer.Varint(value.text->length, field.tag);
