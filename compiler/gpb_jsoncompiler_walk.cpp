@@ -1,4 +1,4 @@
-// JSON to GPB: the walk over the tree, containers, lists and leaf-lists.
+// JSON to GPB: containers, lists and leaf-lists.
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 
@@ -9,32 +9,6 @@
 #include "compiler/gpb_layer.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
-
-unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCompilerStack &stStack)
-{
-    for (cJSON *item = pstFirst; item != nullptr; item = item->next)
-    {
-        GpbJsonPrefetchBehind(item);
-        unsigned int result = GPB_COMPILER_OK;
-        switch (GpbJsonType(item))
-        {
-        case cJSON_Array:
-            result = ProcJsonArrayNode(item, stStack);
-            break;
-        case cJSON_Object:
-            result = ProcJsonContainerNode(item, pstParent, stStack);
-            break;
-        default:
-            result = ProcJsonLeafNode(item, stStack);
-            break;
-        }
-        if (result != GPB_COMPILER_OK)
-        {
-            return result;
-        }
-    }
-    return GPB_COMPILER_OK;
-}
 
 unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent, GpbCompilerStack &stStack)
 {
