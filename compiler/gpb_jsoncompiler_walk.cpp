@@ -10,20 +10,6 @@
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 
-unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent, GpbCompilerStack &stStack)
-{
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const char *key = GpbLib_Json_GetObjectName(pstItem);
-    unsigned int result = GPB_PushItemDescriptor(key == nullptr ? GpbLib_Json_GetObjectName(pstParent) : key, stStack);
-    if (result == GPB_COMPILER_OK)
-    {
-        result = IterJson(pstItem->child, pstItem, stStack);
-    }
-    // Pops the layers of the case, too.
-    stStack.uiLayerNum = layerNum;
-    return result;
-}
-
 unsigned int GpbJsonCompiler::ProcJsonArrayNode(cJSON *pstArray, GpbCompilerStack &stStack)
 {
     cJSON *first = pstArray->child;
