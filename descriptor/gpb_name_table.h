@@ -77,6 +77,7 @@ private:
 
     static bool IsNameOf(const GpbNamedField &field, const char *nodeName, uint32_t number, GpbNameMemo *memo);
     const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const;
+    const GpbNamedField &LookUpText(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const;
     bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
