@@ -5,6 +5,7 @@
 //   floor       a walk with all fields resolved beforehand fills a dynamic message, which protobuf serializes
 //   textbook    names converted and looked up as they come, otherwise as the floor
 //   generated   a walk written by hand fills the classes that protoc makes of the module
+//   file_and_generated   the same, and the question whether the module's file still is there, which creating asks
 // And from text:
 //   request     cJSON parses, and the request above
 //   parse       cJSON parses, and nothing else
@@ -27,6 +28,7 @@
 #include "support/bench_run.h"
 #include "support/compiler_ptr.h"
 #include "support/dom.h"
+#include "support/file_look.h"
 #include "support/generated_walk.h"
 #include "support/gpb_peers.h"
 #include "support/json_parser.h"
@@ -107,7 +109,8 @@ class Subject
 {
 public:
     Subject(gpbbench::LibrarySession &session, gpbbench::JsonParser &parser, const Workload &workload)
-        : context_(session.Context()), parser_(parser), module_(workload.moduleName), leaves_(workload.leaves)
+        : context_(session.Context()), parser_(parser), module_(workload.moduleName), file_(session.FileOf(module_)),
+          leaves_(workload.leaves)
     {
         session.AddModule(workload.moduleName, workload.protoText);
         protobufText_ = ProtobufJson(session.Pool(), workload);
@@ -147,6 +150,12 @@ public:
         std::string bytes;
         gpbbench::GeneratedWalk<JsonDom>::Encode(tree_->child, bytes);
         return bytes;
+    }
+
+    std::string FileAndGenerated() const
+    {
+        gpbbench::LookForFile(file_);
+        return Generated();
     }
 
     std::string Protobuf() const
@@ -216,6 +225,7 @@ private:
     GpbLibContext *context_;
     gpbbench::JsonParser &parser_;
     std::string module_;
+    std::string file_;
     size_t leaves_;
     std::string text_;
     std::string protobufText_;
@@ -234,7 +244,8 @@ std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, gpbbench::J
                                   std::vector<std::unique_ptr<Subject>> &subjects)
 {
     // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
-    gpbbench::Table parsed = {{{"parsed document", {}, 2}}, {"request", "floor", "textbook", "generated"}};
+    gpbbench::Table parsed = {{{"parsed document", {}, 2}},
+                              {"request", "floor", "textbook", "generated", "file_and_generated"}};
     gpbbench::Table text = {{{"document as text", {}, 2}}, {"request", "parse", "protobuf"}};
     gpbbench::Table kept = {{{"document as text, memory kept", {}, 2}}, {"request", "protobuf"}};
     for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
@@ -252,6 +263,8 @@ std::vector<gpbbench::Table> Plan(gpbbench::LibrarySession &session, gpbbench::J
         gpbbench::Register(name, "floor", items, [=] { benchmark::DoNotOptimize(subject->Floor().data()); });
         gpbbench::Register(name, "textbook", items, [=] { benchmark::DoNotOptimize(subject->Textbook().data()); });
         gpbbench::Register(name, "generated", items, [=] { benchmark::DoNotOptimize(subject->Generated().data()); });
+        gpbbench::Register(name, "file_and_generated", items,
+                           [=] { benchmark::DoNotOptimize(subject->FileAndGenerated().data()); });
         const std::string textName = "text:" + std::to_string(leaves);
         text.series[0].names.push_back(textName);
         gpbbench::Register(textName, "request", items, [=] { subject->RequestFromText(Keep); });

@@ -3,6 +3,7 @@
 // Ways:
 //   tree        the library, with a context whose print slots are closed
 //   no_context  the library without a context: what closed slots cost is the difference
+//   calls       write: for each copy that the tree makes, a call into another library that does nothing
 //   malloc      build: the same record linked by hand, one malloc for each with its text, measured in one walk
 //   protobuf    build and read: UnknownFieldSet; size and write: CodedOutputStream from flat, measured records
 //
@@ -19,10 +20,12 @@
 #include <google/protobuf/io/zero_copy_stream_impl_lite.h>
 #include <google/protobuf/unknown_field_set.h>
 
+#include "gpb_templatelib/gpb_host.h"
 #include "gpb_templatelib/gpb_objtree.h"
 #include "support/bench_run.h"
 #include "support/library_session.h"
 #include "support/linked_nodes.h"
+#include "support/no_copy/no_copy.h"
 
 namespace
 {
@@ -83,6 +86,7 @@ public:
         {
             throw std::runtime_error("linked nodes and tree have different sizes");
         }
+        CheckCalls();
         UnknownFieldSet fields;
         BuildFields(&fields);
         fields.SerializeToString(&groups_);
@@ -201,6 +205,24 @@ public:
         }
     }
 
+    // The least that checked copies by the platform can cost: their calls. Gives the number of calls.
+    uint64_t CallForEachCopy()
+    {
+        uint64_t calls = 0;
+        for (const FlatRecord &record : records_)
+        {
+            gpb_bench_no_copy(buffer_.data(), buffer_.size(), &record.tag, sizeof(record.tag));
+            gpb_bench_no_copy(buffer_.data(), buffer_.size(), &record.value, sizeof(record.value));
+            calls += 2;
+            if (record.text != nullptr)
+            {
+                gpb_bench_no_copy(buffer_.data(), buffer_.size(), record.text->data(), record.text->size());
+                ++calls;
+            }
+        }
+        return calls;
+    }
+
     void Read() const
     {
         const TreePtr tree(
@@ -215,6 +237,17 @@ public:
     }
 
 private:
+    // The way that only calls has to call as often as the library copies.
+    void CheckCalls()
+    {
+        const uint64_t before = GpbHost_CallCount(GPB_HOST_MEMCPY);
+        WriteClosed();
+        if (GpbHost_CallCount(GPB_HOST_MEMCPY) - before != CallForEachCopy())
+        {
+            throw std::runtime_error("the tree is not written by as many copies as are called for");
+        }
+    }
+
     static uint64_t IntegerOf(size_t index) { return (0x300001234ULL << index) | index; }
 
     void Flatten()
@@ -257,7 +290,7 @@ std::vector<gpbbench::Table> Prepare(const GpbLibContext *context, std::deque<Su
     std::vector<gpbbench::Table> tables = {
         {{{"build", {}, 1}}, {"tree", "malloc", "protobuf"}},
         {{{"size", {}, 1}}, {"tree", "protobuf"}},
-        {{{"write", {}, 1}}, {"tree", "no_context", "protobuf"}},
+        {{{"write", {}, 1}}, {"tree", "no_context", "calls", "protobuf"}},
         {{{"read", {}, 1}}, {"tree", "protobuf"}},
     };
     for (const size_t nodes : sizes)
@@ -275,6 +308,8 @@ std::vector<gpbbench::Table> Prepare(const GpbLibContext *context, std::deque<Su
         gpbbench::Register("size" + suffix, "protobuf", nodes, [=] { subject->SizeFlat(); });
         gpbbench::Register("write" + suffix, "tree", nodes, [=] { subject->WriteClosed(); });
         gpbbench::Register("write" + suffix, "no_context", nodes, [=] { subject->WriteWithoutContext(); });
+        gpbbench::Register("write" + suffix, "calls", nodes,
+                           [=] { benchmark::DoNotOptimize(subject->CallForEachCopy()); });
         gpbbench::Register("write" + suffix, "protobuf", nodes, [=] { subject->WriteStream(); });
         gpbbench::Register("read" + suffix, "tree", nodes, [=] { subject->Read(); });
         gpbbench::Register("read" + suffix, "protobuf", nodes, [=] { subject->ReadFields(); });

@@ -6,8 +6,10 @@
 //   new_types   the floor, which also makes the message types anew, as a compiler with a factory of its own has to
 //   textbook    names converted and looked up as they come, otherwise as the floor
 //   generated   a walk written by hand fills the classes that protoc makes of the module
+//   file_and_generated   the same, and the question whether the module's file still is there, which creating asks
 //   prototype   creating alone: a look-up in a kept factory, and FEW allocations
-//   file_and_prototype   the same, and the question whether the module's file still is there, which creating asks
+//   file_and_prototype   the same, and the question for the module's file
+//   platform, stat, statx, access, from_directory   that question alone, by the platform and in four ways of the system
 #include <cstdlib>
 #include <initializer_list>
 #include <memory>
@@ -19,10 +21,10 @@
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
-#include "platform/yos.h"
 #include "support/bench_run.h"
 #include "support/compiler_ptr.h"
 #include "support/dom.h"
+#include "support/file_look.h"
 #include "support/generated_walk.h"
 #include "support/gpb_peers.h"
 #include "support/library_session.h"
@@ -90,7 +92,13 @@ public:
         return bytes;
     }
 
-    void LookForFile() const { benchmark::DoNotOptimize(YOS_VFS_IsFileExist(file_.c_str())); }
+    const std::string &File() const { return file_; }
+
+    std::string FileAndGenerated() const
+    {
+        gpbbench::LookForFile(file_);
+        return Generated();
+    }
 
     void LookUpPrototype() const
     {
@@ -174,7 +182,7 @@ private:
     void AddSizes()
     {
         // Twenty leaves are mostly the fixed cost of a request, so growth is looked at from 2,000 on.
-        tables_.push_back({{}, {"request", "floor", "new_types", "textbook", "generated"}});
+        tables_.push_back({{}, {"request", "floor", "new_types", "textbook", "generated", "file_and_generated"}});
         StartSeries("document size", 2);
         for (const size_t leaves : gpbbench::DOCUMENT_SIZES)
         {
@@ -189,6 +197,7 @@ private:
             Register(name, "new_types", subject->Leaves(), [subject] { return subject->NewTypes(); });
             Register(name, "textbook", subject->Leaves(), [subject] { return subject->Textbook(); });
             Register(name, "generated", subject->Leaves(), [subject] { return subject->Generated(); });
+            Register(name, "file_and_generated", subject->Leaves(), [subject] { return subject->FileAndGenerated(); });
         }
         const Subject *subject = subjects_.front().get();
         tables_.push_back({{{"compiler alone", {"create"}, 0}}, {"request", "prototype", "file_and_prototype"}});
@@ -197,9 +206,22 @@ private:
         gpbbench::Register("create", "file_and_prototype", 1,
                            [subject]
                            {
-                               subject->LookForFile();
+                               gpbbench::LookForFile(subject->File());
                                subject->LookUpPrototype();
                            });
+        AddLooks(subject->File());
+    }
+
+    void AddLooks(const std::string &file)
+    {
+        tables_.push_back(
+            {{{"look for a file", {"look"}, 0}}, {"platform", "stat", "statx", "access", "from_directory"}});
+        const auto look = std::make_shared<gpbbench::FileLook>(file);
+        gpbbench::Register("look", "platform", 1, [file] { gpbbench::LookForFile(file); });
+        gpbbench::Register("look", "stat", 1, [look] { benchmark::DoNotOptimize(look->ByStat()); });
+        gpbbench::Register("look", "statx", 1, [look] { benchmark::DoNotOptimize(look->ByStatx()); });
+        gpbbench::Register("look", "access", 1, [look] { benchmark::DoNotOptimize(look->ByAccess()); });
+        gpbbench::Register("look", "from_directory", 1, [look] { benchmark::DoNotOptimize(look->FromDirectory()); });
     }
 
     void AddOrders()

@@ -4,7 +4,7 @@
 
 std::shared_ptr<GpbModulePlan> GpbPlanOf(const void *libHandle, const GpbPbImporter *importer)
 {
-    const auto make = []() -> std::shared_ptr<void> { return std::make_shared<GpbModulePlan>(); };
+    const GpbMakeDerived make = []() -> std::shared_ptr<void> { return std::make_shared<GpbModulePlan>(); };
     return std::static_pointer_cast<GpbModulePlan>(
         GpbDerivedOf(static_cast<const GpbLibContext *>(libHandle), importer, make));
 }

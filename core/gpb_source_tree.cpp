@@ -127,7 +127,7 @@ ZeroCopyInputStream *GpbSourceTree::Open(GpbPbPath filename)
     return DiskSourceTree::Open(filename);
 }
 
-std::shared_ptr<void> GpbSourceTree::Derived(const std::function<std::shared_ptr<void>()> &make)
+std::shared_ptr<void> GpbSourceTree::Derived(GpbMakeDerived make)
 {
     const std::lock_guard<std::mutex> lock(derivedMutex_);
     if (derived_ == nullptr)

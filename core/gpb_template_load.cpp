@@ -1,7 +1,6 @@
 // Loading proto files into the registry.
 #include <google/protobuf/compiler/importer.h>
 #include <optional>
-#include <string>
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
@@ -34,13 +33,13 @@ GpbProtoFileInfo *NewRecord(GpbLibContext *context)
 }
 
 // What the importer answers, null for a file that it cannot read; nothing when it threw.
-std::optional<const GpbPbFileDescriptor *> Import(GpbLibContext *context, const std::string &fileName)
+std::optional<const GpbPbFileDescriptor *> Import(GpbLibContext *context, const char *fileName)
 {
     using Answer = std::optional<const GpbPbFileDescriptor *>;
     return GpbNoThrow(Answer(), [&] { return Answer(context->pstImporter->Import(fileName)); });
 }
 
-uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
+uint32_t LoadNewFile(GpbLibContext *context, const char *fileName)
 {
     GpbProtoFileInfo *info = NewRecord(context);
     if (info == nullptr)
@@ -66,7 +65,7 @@ uint32_t LoadNewFile(GpbLibContext *context, const std::string &fileName)
         state = GPB_PROTO_LOAD_FAILED;
     }
     // A failure is stored too, so that the file is not read again and again.
-    if (GPBLIB_AddProtoFile_(context, info, fileName.c_str(), state) != 0)
+    if (GPBLIB_AddProtoFile_(context, info, fileName, state) != 0)
     {
         ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_NOT_STORED);
         return 1;
@@ -81,9 +80,9 @@ uint32_t LoadFile(GpbLibContext *context, const char *moduleName)
     {
         return 1;
     }
-    const std::string fileName = GpbProtoFileName(moduleName);
-    GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "protofile name = %s", fileName.c_str());
-    const GpbProtoFileInfo *known = GPBLIB_GetProtoFdByFileName(fileName.c_str(), context);
+    const GpbProtoFileName fileName(moduleName);
+    GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "protofile name = %s", fileName.Text());
+    const GpbProtoFileInfo *known = GPBLIB_GetProtoFdByFileName(fileName.Text(), context);
     if (known != nullptr && known->ucLoadState == GPB_PROTO_LOADED)
     {
         GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "this protofile has been loaded");
@@ -94,7 +93,7 @@ uint32_t LoadFile(GpbLibContext *context, const char *moduleName)
         GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "this protofile has been load failed");
         return 1;
     }
-    return LoadNewFile(context, fileName);
+    return LoadNewFile(context, fileName.Text());
 }
 
 } // namespace

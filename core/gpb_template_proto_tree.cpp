@@ -1,6 +1,7 @@
 // The protobuf source tree over all places of proto files, and the importer that reads through it.
 #include <google/protobuf/compiler/importer.h>
 #include <memory>
+#include <typeinfo>
 
 #include "core/gpb_barrier.h"
 #include "core/gpb_source_tree.h"
@@ -53,25 +54,31 @@ void MapAllPaths(GpbLibContext *context, GpbPbSourceTree &tree)
     tree.MapPath("", directory.text);
 }
 
+// The context's source tree when it is the library's own; null for a host's.
+GpbSourceTree *OwnTreeOf(const GpbLibContext *context)
+{
+    GpbPbSourceTree *tree = context->pstSourceTree;
+    return tree != nullptr && typeid(*tree) == typeid(GpbSourceTree) ? static_cast<GpbSourceTree *>(tree) : nullptr;
+}
+
 } // namespace
 
 void GpbDropDerived(const GpbLibContext *context)
 {
-    auto *tree = dynamic_cast<GpbSourceTree *>(context->pstSourceTree);
+    GpbSourceTree *tree = OwnTreeOf(context);
     if (tree != nullptr)
     {
         tree->DropDerived();
     }
 }
 
-std::shared_ptr<void> GpbDerivedOf(const GpbLibContext *context, const GpbPbImporter *importer,
-                                   const std::function<std::shared_ptr<void>()> &make)
+std::shared_ptr<void> GpbDerivedOf(const GpbLibContext *context, const GpbPbImporter *importer, GpbMakeDerived make)
 {
     if (context == nullptr || context->pstImporter != importer)
     {
         return make();
     }
-    auto *tree = dynamic_cast<GpbSourceTree *>(context->pstSourceTree);
+    GpbSourceTree *tree = OwnTreeOf(context);
     return tree == nullptr ? make() : tree->Derived(make);
 }
 

@@ -1,6 +1,4 @@
 // The registry of proto files: one record per file that was tried, in the order of loading.
-#include <string>
-
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
 #include "core/gpb_memory.h"
@@ -28,13 +26,13 @@ GpbProtoFileInfo *RecordAt(const GpbLibContext *context, uint32_t index)
 }
 
 // Frees the first record of a file name; without one nothing happens.
-void ForgetFile(GpbLibContext *context, const std::string &fileName)
+void ForgetFile(GpbLibContext *context, const GpbProtoFileName &fileName)
 {
     VecVector *files = context->pstProtoFileVec;
     for (uint32_t i = 0; i < VEC_VectorCount(files); ++i)
     {
         GpbProtoFileInfo *info = RecordAt(context, i);
-        if (info != nullptr && YOS_StrCmp(info->acFileName, fileName.c_str()) == 0)
+        if (info != nullptr && YOS_StrCmp(info->acFileName, fileName.Text()) == 0)
         {
             GPB_LOG(context, GPB_LOG_PROGRESS, __LINE__, "find protofile %s, unload from vector", info->acFileName);
             ZMP_Free_F(info, GPB_TEMPLATE_TAG, LINE_FREE_UNLOADED);

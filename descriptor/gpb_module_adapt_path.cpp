@@ -89,9 +89,9 @@ const FileDescriptor *Gpb_ModuleAdapt_GetFileHandle(const GpbLibContext *pstCtx,
     return GpbNoThrow<const FileDescriptor *>(nullptr,
                                               [&]() -> const FileDescriptor *
                                               {
-                                                  const std::string fileName = GpbProtoFileName(pcModuleName);
+                                                  const GpbProtoFileName fileName(pcModuleName);
                                                   const GpbProtoFileInfo *info =
-                                                      GPBLIB_GetProtoFdByFileName(fileName.c_str(), pstCtx);
+                                                      GPBLIB_GetProtoFdByFileName(fileName.Text(), pstCtx);
                                                   return info == nullptr ? nullptr : info->pstFileDesc;
                                               });
 }

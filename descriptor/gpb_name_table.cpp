@@ -194,13 +194,17 @@ const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &gues
     return found;
 }
 
+// A known name needs no more than this: looking for the text is left to a function of its own, whose needs would slow
+// this one down.
 const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const
 {
     const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, *this);
-    if (known != nullptr && Contains(known))
-    {
-        return *known;
-    }
+    return known != nullptr && Contains(known) ? *known : LookUpText(nodeName, guessed, memo);
+}
+
+[[gnu::noinline]] const GpbNamedField &GpbNameTable::LookUpText(const char *nodeName, const GpbNamedField *guessed,
+                                                                GpbNameMemo *memo) const
+{
     const uint32_t place = places_.Find(nodeName);
     if (place == GpbNameMap::NOTHING)
     {

@@ -81,6 +81,7 @@ private:
 
     static bool IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo);
     const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
+    const GpbNamedField &LookUpText(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
     bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();

@@ -94,12 +94,12 @@ GpbTemplateInfo *StartTemplate(GpbLibContext *context, const GpbYangNode *target
 uint32_t ClassInfoOfLoadedFile(GpbLibContext *context, const char *moduleName, const char *path,
                                const GpbYangNode *node)
 {
-    const std::string fileName = GpbProtoFileName(moduleName);
-    const GpbProtoFileInfo *file = GPBLIB_GetProtoFdByFileName(fileName.c_str(), context);
+    const GpbProtoFileName fileName(moduleName);
+    const GpbProtoFileInfo *file = GPBLIB_GetProtoFdByFileName(fileName.Text(), context);
     // A file that failed to load has a record, but no descriptor.
     if (file == nullptr || file->pstFileDesc == nullptr)
     {
-        GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "failed to get proto file descriptor, filename=%s", fileName.c_str());
+        GPB_LOG(context, GPB_LOG_ERROR, __LINE__, "failed to get proto file descriptor, filename=%s", fileName.Text());
         return 1;
     }
     const uint32_t ret = GRBLIB_ProcSubTreeNode(context, node, file->pstFileDesc);

@@ -41,6 +41,8 @@ def _to_gpb(title, program):
             _against(program, _sizes((200000,)), "floor")),
         Row(f"{title}, 20 leaves / reflection floor with its factory kept", 0.25, 0.15,
             _against(program, _sizes((20,)), "floor")),
+        Row(f"{title}, 20 leaves: the look for the module's file and the generated-code walk / the same floor", None, None,
+            _against(program, _sizes((20,)), "floor", "file_and_generated")),
         Row(f"{title}, cost per leaf, 20,000 leaves / 2,000 leaves", 1.3, 1.1,
             [(f"{program}/size:20000/request", f"{program}/size:2000/request")]),
         Row(f"{title}, memory per document / reflection floor", 1.3, 1.0,
@@ -61,7 +63,9 @@ def _xml_only():
             [(f"{program}/case_by_name:200/request", f"{program}/case_by_name:4/request")]),
         Row("Compiler created and destroyed / a prototype looked up and 8 allocations", 1.0, None,
             [(f"{program}/create/request", f"{program}/create/prototype")]),
-        Row("The same, when looking for the module's file is counted on both sides", 1.0, None,
+        Row("Compiler: the look for the module's file alone / the same", None, None,
+            [(f"{program}/look/platform", f"{program}/create/prototype")]),
+        Row("Compiler created and destroyed / the same, when the look is counted on both sides", 1.0, None,
             [(f"{program}/create/request", f"{program}/create/file_and_prototype")]),
     ]
 
@@ -89,6 +93,8 @@ def _object_tree():
             _against(program, _sizes(OBJECT_TREE_SIZES, "build"), "malloc", "tree")),
         Row("Object tree, write, sizes known / CodedOutputStream over a flat array", 1.6, None,
             _against(program, _sizes(OBJECT_TREE_SIZES, "write"), "protobuf", "tree")),
+        Row("Object tree, write: calls that do nothing, one for each copy / the same", None, None,
+            _against(program, _sizes(OBJECT_TREE_SIZES, "write"), "protobuf", "calls")),
         Row("Object tree, read / UnknownFieldSet, nested alike", 0.85, None,
             _against(program, _sizes(OBJECT_TREE_SIZES, "read"), "protobuf", "tree")),
     ]
@@ -102,6 +108,8 @@ def rows():
         *_to_gpb("JSON to GPB", "json_to_gpb"),
         Row("JSON to GPB, with parsing, 200 to 200,000 leaves / JsonStringToMessage and serializing", 0.20, None,
             _against("json_to_gpb", _sizes(LARGER_SIZES, "text"), "protobuf")),
+        Row("JSON to GPB, with parsing, 200 to 200,000 leaves: cJSON parsing alone / the same", None, None,
+            _against("json_to_gpb", _sizes(LARGER_SIZES, "text"), "protobuf", "parse")),
         Row("JSON to GPB, with parsing, 20 leaves / JsonStringToMessage and serializing", 0.20, None,
             _against("json_to_gpb", _sizes((20,), "text"), "protobuf")),
         Row("JSON to GPB, with parsing, memory kept by both, 200 to 200,000 leaves / the same", 0.20, None,

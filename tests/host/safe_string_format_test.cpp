@@ -211,6 +211,30 @@ TEST_F(SafeStringFormatTest, FormatsAsTheCLibraryDoes)
     expectLikeCLibrary("(%s)", noText);
 }
 
+TEST_F(SafeStringFormatTest, FormatsWholeNumbersOfEveryLengthAsTheCLibraryDoes)
+{
+    for (uint64_t power = 1; power <= 100000000000000; power *= 10)
+    {
+        for (const uint64_t number : {power - 1, power, power + 1, power * 5 + power / 7})
+        {
+            ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%u", static_cast<unsigned>(number)));
+            ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%d", static_cast<int>(number)));
+            ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", static_cast<double>(number)));
+            ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", -static_cast<double>(number)));
+        }
+    }
+}
+
+TEST_F(SafeStringFormatTest, FormatsFractionsOfEveryLengthAsTheCLibraryDoes)
+{
+    for (int fraction = 1; fraction < 100000; fraction += 97)
+    {
+        ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", 12 + fraction / 100000.0));
+        ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("<%.14g>", -fraction / 10000.0));
+        ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", 9999999999 + fraction / 10000.0));
+    }
+}
+
 TEST_F(SafeStringFormatTest, FormatsNumbersWithFourteenDigitsAsTheCLibraryDoes)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -258,6 +282,17 @@ TEST_F(SafeStringFormatTest, FormatsNumbersWithFourteenDigitsAsTheCLibraryDoes)
     {
         ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", number));
         ASSERT_NO_FATAL_FAILURE(expectLikeCLibrary("%.14g", -number));
+    }
+}
+
+TEST_F(SafeStringFormatTest, RoomMayBeMoreThanAnIntTells)
+{
+    for (const size_t room : {size_t{INT_MAX}, size_t{INT_MAX} + 1, size_t{SIZE_MAX}})
+    {
+        fill();
+        EXPECT_EQ(4, sprintf_s(out(), room, "%s-%d", "ab", 7));
+        EXPECT_STREQ("ab-7", out());
+        EXPECT_TRUE(isUntouchedFrom(5));
     }
 }
 

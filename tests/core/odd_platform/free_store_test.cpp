@@ -97,17 +97,32 @@ TEST_F(FreeStore, ATreeWithoutAllOfItsMappingsIsNotKept)
 
 TEST_F(FreeStore, UnloadOfAFileWithALongNameGivesUp)
 {
-    writeProto(kLongName, kProto);
-    ASSERT_EQ(0u, GPBLIB_LoadProtoFile(context(), kLongName, 0, ""));
+    // A file name of usual length needs no memory.
+    const std::string module(GPB_PROTO_FILE_NAME_SIZE, 'm');
+    writeProto(module, kProto);
+    ASSERT_EQ(0u, GPBLIB_LoadProtoFile(context(), module.c_str(), 0, ""));
     failAllocation(1);
-    GPBLIB_UnloadProtoFile(context(), kLongName);
+    GPBLIB_UnloadProtoFile(context(), module.c_str());
     EXPECT_TRUE(hasAllocationFailed());
-    EXPECT_NE(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+    EXPECT_NE(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), module.c_str()));
     failAllocation(1);
-    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), module.c_str()));
     EXPECT_TRUE(hasAllocationFailed());
-    GPBLIB_UnloadProtoFile(context(), kLongName);
-    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), kLongName));
+    GPBLIB_UnloadProtoFile(context(), module.c_str());
+    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), module.c_str()));
+}
+
+TEST_F(FreeStore, UnloadOfAFileWithAUsualNameNeedsNone)
+{
+    const std::string module(GPB_PROTO_FILE_NAME_SIZE - sizeof(".proto"), 'm');
+    writeProto(module, kProto);
+    recreateContext({GPB_LOG_ERROR, GPB_LOG_PROGRESS}); // closed, since the recorder needs the free store itself
+    ASSERT_EQ(0u, GPBLIB_LoadProtoFile(context(), module.c_str(), 0, ""));
+    failAllocation(1);
+    EXPECT_NE(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), module.c_str()));
+    GPBLIB_UnloadProtoFile(context(), module.c_str());
+    EXPECT_FALSE(hasAllocationFailed());
+    EXPECT_EQ(nullptr, Gpb_ModuleAdapt_GetFileHandle(context(), module.c_str()));
 }
 
 TEST_F(FreeStore, LookupsFindNothing)
