@@ -1,4 +1,4 @@
-// XML to GPB: the walk over the document, containers and list entries.
+// XML to GPB: containers and list entries.
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
@@ -25,38 +25,6 @@ constexpr uint32_t LINE_LAYER_FAILED = 313;
 constexpr uint32_t LINE_STACK_FULL = 325;
 
 } // namespace
-
-unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stStack)
-{
-    for (xmlNode *node = pstNode; node != nullptr; node = node->next)
-    {
-        unsigned int result = GPB_COMPILER_OK;
-        bool stops = false;
-        switch (GpbClassifyXmlNode(node))
-        {
-        case GpbXmlNodeKind::IGNORED:
-            continue;
-        case GpbXmlNodeKind::EMPTY:
-            result = ProcXmlEmptyLeafNode(node, stStack);
-            stops = true;
-            break;
-        case GpbXmlNodeKind::LEAF:
-            result = ProcXmlLeafNode(node, stStack);
-            break;
-        case GpbXmlNodeKind::CONTAINER:
-            // Below the top a failing container is logged and passed over. The top is the whole document: what fails
-            // there has to reach the caller.
-            stops = stStack.uiLayerNum == 0;
-            result = ProcXmlContainerNode(node, stStack);
-            break;
-        }
-        if (result != GPB_COMPILER_OK && (stops || ucStopOnError != 0))
-        {
-            return result;
-        }
-    }
-    return GPB_COMPILER_OK;
-}
 
 unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
