@@ -26,7 +26,7 @@ constexpr uint32_t LINE_STACK_FULL = 325;
 
 } // namespace
 
-unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+[[gnu::flatten]] unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
     const uint32_t layerNum = stStack.uiLayerNum;
     if (layerNum == 0)
@@ -68,8 +68,9 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
                                                                  : PushContainerLayer(found.field, name, stStack);
 }
 
-unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
-                                                GpbCompilerStack &stStack)
+// Seldom called, and not a part of the usual way, which needs no room on the stack.
+[[gnu::noinline]] unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
+                                                                  const char *pcNodeName, GpbCompilerStack &stStack)
 {
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
@@ -104,7 +105,7 @@ unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
     return GPB_COMPILER_OK;
 }
 
-unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
+[[gnu::noinline]] unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
 {
     const unsigned int result = PushTopLayer(pstRoot, stStack);
     if (result != GPB_COMPILER_OK)
