@@ -12,6 +12,8 @@ using google::protobuf::EnumDescriptor;
 namespace
 {
 
+constexpr size_t SPELLINGS = 2;
+
 // Calls `take(rest, number)` for each value whose name begins with the prefix.
 template <typename Take>
 void ForEachValue(const Descriptor *message, const std::string &prefix, const Take &take)
@@ -49,6 +51,33 @@ size_t ByteCount(const Descriptor *message, const EnumDescriptor *type)
     return bytes;
 }
 
+bool IsEscape(std::string_view text)
+{
+    return text.substr(0, sizeof(GPB_ENUM_ESCAPE)) == std::string_view(GPB_ENUM_ESCAPE, sizeof(GPB_ENUM_ESCAPE));
+}
+
+// A value's name with the dashes and the leading digit that modules write.
+std::string WithoutEscapes(std::string_view rest)
+{
+    const bool isDigitEscaped =
+        IsEscape(rest) && rest.size() > sizeof(GPB_ENUM_ESCAPE) && GpbIsDigit(rest[sizeof(GPB_ENUM_ESCAPE)]);
+    std::string spelling;
+    for (size_t at = isDigitEscaped ? sizeof(GPB_ENUM_ESCAPE) : 0; at < rest.size(); ++at)
+    {
+        const bool isDash = IsEscape(rest.substr(at));
+        spelling.push_back(isDash ? '-' : rest[at]);
+        at += isDash ? sizeof(GPB_ENUM_ESCAPE) - 1 : 0;
+    }
+    return spelling;
+}
+
+std::string InLowerCase(std::string_view text)
+{
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), GpbToLower);
+    return lower;
+}
+
 // Every character, and the escape before a digit, may take two places.
 constexpr size_t LongestNameOf(size_t length)
 {
@@ -61,7 +90,8 @@ static_assert(LongestNameOf(LONGEST_VALUE) <= GPB_NAME_SIZE, "a value's name fit
 } // namespace
 
 GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type)
-    : prefixLength_(PrefixOf(type).size()), places_(ValueCount(message, type), ByteCount(message, type))
+    : prefixLength_(PrefixOf(type).size()), places_(ValueCount(message, type), ByteCount(message, type)),
+      spellings_(ValueCount(message, type) * SPELLINGS, ByteCount(message, type) * SPELLINGS)
 {
     ForEachValue(message, PrefixOf(type),
                  [&](std::string_view rest, int number)
@@ -69,6 +99,34 @@ GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type
                      numbers_.push_back(number);
                      places_.Add(rest, static_cast<uint32_t>(numbers_.size()));
                  });
+    AddSpellings(message, type);
+}
+
+void GpbEnumNames::AddSpellings(const Descriptor *message, const EnumDescriptor *type)
+{
+    uint32_t place = 0;
+    ForEachValue(message, PrefixOf(type),
+                 [&](std::string_view rest, int /*number*/)
+                 {
+                     ++place;
+                     const std::string upper = WithoutEscapes(rest);
+                     const std::string lower = InLowerCase(upper);
+                     AddSpelling(upper, place);
+                     if (lower != upper)
+                     {
+                         AddSpelling(lower, place);
+                     }
+                 });
+}
+
+// A spelling that stands for another value, or for none, is left out.
+void GpbEnumNames::AddSpelling(const std::string &spelling, uint32_t place)
+{
+    const Taken taken = Take(spelling.c_str());
+    if (!spelling.empty() && taken.number == &numbers_[place - 1] && *taken.rest == '\0')
+    {
+        spellings_.Add(spelling, place);
+    }
 }
 
 GpbEnumNames::Taken GpbEnumNames::Take(const char *text) const

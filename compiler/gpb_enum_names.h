@@ -3,7 +3,9 @@
 #define GPB_COMPILER_GPB_ENUM_NAMES_H
 
 #include <cstddef>
+#include <cstdint>
 #include <google/protobuf/descriptor.h>
+#include <string>
 #include <vector>
 
 #include "descriptor/gpb_name_map.h"
@@ -14,6 +16,14 @@ class GpbEnumNames
 {
 public:
     GpbEnumNames(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
+
+    /// The number of a text that is one value and nothing else, spelled as most modules do, in lower or upper case;
+    /// null for other texts, which `Take` may know.
+    const int *Find(const char *text) const
+    {
+        const uint32_t place = spellings_.Find(text);
+        return place == GpbNameMap::NOTHING ? nullptr : &numbers_[place - 1];
+    }
 
     /// A value that was found, and what comes behind it.
     struct Taken
@@ -31,9 +41,13 @@ public:
     bool AreAllOf(const google::protobuf::EnumDescriptor &type) const;
 
 private:
+    void AddSpellings(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
+    void AddSpelling(const std::string &spelling, uint32_t place);
+
     size_t prefixLength_; ///< of the enum type's name and the underline behind it
     std::vector<int> numbers_;
-    GpbNameMap places_; ///< by the rest of the name: the place of its number, counted from 1
+    GpbNameMap places_;    ///< by the rest of the name: the place of its number, counted from 1
+    GpbNameMap spellings_; ///< the same by the usual spellings of the values
 };
 
 #endif

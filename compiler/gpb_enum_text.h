@@ -22,6 +22,11 @@ inline char GpbToUpper(char c)
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+inline char GpbToLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// Writes the escape; returns where the text goes on.
 inline char *GpbWriteEnumEscape(char *out)
 {

@@ -159,7 +159,23 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     return GpbPushRecordLayer(pvLibHandle, stStack, found.field) ? GPB_COMPILER_OK : PushLayer(found.field, stStack);
 }
 
-unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
+[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent,
+                                                                     GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const char *key = GpbLib_Json_GetObjectName(pstItem);
+    unsigned int result = GPB_PushItemDescriptor(key == nullptr ? GpbLib_Json_GetObjectName(pstParent) : key, stStack);
+    if (result == GPB_COMPILER_OK)
+    {
+        result = IterJson(pstItem->child, pstItem, stStack);
+    }
+    // Pops the layers of the case, too.
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
+
+// Seldom called, and not a part of the usual way, which needs no room on the stack.
+[[gnu::noinline]] unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {
     const GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for a log line, and only if somebody can read it.

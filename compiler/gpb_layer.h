@@ -14,7 +14,7 @@ class GpbRecordPlan;
 /// The top layer, or the unused first slot of an empty stack, in which nothing is found.
 inline GpbCompilerStackLayer &GpbTopLayer(GpbCompilerStack &stack)
 {
-    return stack.astLayer[stack.uiLayerNum == 0 ? 0 : stack.uiLayerNum - 1];
+    return stack.astLayer[stack.uiLayerNum - (stack.uiLayerNum == 0 ? 0 : 1)];
 }
 
 /// The full name of the message type of a top-level container; false when the container's name is null or too long.

@@ -3,6 +3,7 @@
 #define GPB_COMPILER_GPB_NUMBER_TEXT_H
 
 #include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <langinfo.h>
@@ -12,26 +13,40 @@
 
 #include "compiler/gpb_enum_text.h"
 
+inline constexpr unsigned GPB_DECIMAL = 10;
+
+/// The digits at the begin of a text.
+struct GpbDigits
+{
+    uint64_t value; ///< cut when they are more than fit
+    const char *end;
+};
+
+/// A function of its own, so that its loop has the registers to itself.
+[[gnu::noinline]] inline GpbDigits GpbReadDigits(const char *text)
+{
+    uint64_t value = 0;
+    const char *end = text;
+    for (; GpbIsDigit(*end); ++end)
+    {
+        value = value * GPB_DECIMAL + (static_cast<unsigned>(*end) - '0');
+    }
+    return {value, end};
+}
+
 /// What `read`, std::strtol or its like, reads in base 10; asked only for a text that is no plain number.
 template <typename Number>
 Number GpbReadInteger(const char *text, Number (*read)(const char *, char **, int))
 {
-    constexpr int DECIMAL = 10;
     const bool isNegative = std::is_signed_v<Number> && *text == '-';
     const char *const first = isNegative ? text + 1 : text;
-    const char *const longest = first + std::numeric_limits<Number>::digits10; // so many digits always fit
-    const char *digit = first;
-    Number value = 0;
-    for (; digit != longest && GpbIsDigit(*digit); ++digit)
+    const GpbDigits digits = GpbReadDigits(first);
+    // Blanks, other signs and numbers that may not fit are left to the C library.
+    if (digits.end == first || digits.end - first > std::numeric_limits<Number>::digits10)
     {
-        value = value * DECIMAL + static_cast<Number>(*digit - '0');
+        return read(text, nullptr, GPB_DECIMAL);
     }
-    // Blanks, other signs and longer numbers are left to the C library.
-    if (digit == first || digit == longest)
-    {
-        return read(text, nullptr, DECIMAL);
-    }
-    return isNegative ? static_cast<Number>(0 - value) : value;
+    return static_cast<Number>(isNegative ? 0 - digits.value : digits.value);
 }
 
 /// Whether the locale has a point in numbers, and nothing else.

@@ -123,8 +123,8 @@ public:
             for (uint64_t bits = words[word].number; bits != 0;)
             {
                 const unsigned bit = HIGHEST_BIT ^ static_cast<unsigned>(__builtin_clzll(bits));
-                bits ^= UINT64_C(1) << bit;
                 const GpbRecordField &field = fields[bit];
+                bits &= ~field.bit;
                 visit(field, words[field.word]);
             }
         }

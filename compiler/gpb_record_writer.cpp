@@ -34,11 +34,14 @@ void WriteNumber(GpbWireForm form, uint64_t number, GpbBackwardWriter &writer)
 [[gnu::always_inline]] inline void WriteValue(const GpbRecordField &field, GpbRecordValue value,
                                               GpbBackwardWriter &writer)
 {
+    // Most values are such numbers.
+    if (field.form == GpbWireForm::VARINT)
+    {
+        writer.Varint(value.number, field.tag);
+        return;
+    }
     switch (field.form)
     {
-    case GpbWireForm::VARINT:
-        writer.Varint(value.number, field.tag);
-        break;
     case GpbWireForm::TEXT:
         writer.Text(value.text->View());
         writer.Varint(value.text->length, field.tag);
@@ -67,7 +70,8 @@ void WritePacked(const GpbRecordField &field, const GpbRecordCell *last, GpbBack
     writer.Varint(writer.Size() - before, field.tag);
 }
 
-void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
+// Not a part of GpbWriteRecord, which has enough at hand without the cells of a list.
+[[gnu::noinline]] void WriteRepeated(const GpbRecordField &field, const GpbRecordCell *last, GpbBackwardWriter &writer)
 {
     if (field.isPacked)
     {

@@ -114,6 +114,12 @@ unsigned int GpbCompiler_StrTrans_ToEnum(const GpbCompilerStackLayer &stLayer, c
 
 unsigned int GpbStoreEnumInRecord(GpbRecord &record, const GpbRecordField &field, const char *text)
 {
+    const int *const number = field.enumNames->Find(text);
+    if (number != nullptr)
+    {
+        record.Store(field, GpbRecordNumber(*number));
+        return GPB_COMPILER_OK;
+    }
     while (*text != '\0')
     {
         const GpbEnumNames::Taken known = field.enumNames->Take(text);

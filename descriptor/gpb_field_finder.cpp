@@ -14,3 +14,8 @@ void GpbFieldFinder::Change(UsedInLayer &used, const Descriptor *message, uint32
         used.lastGuess = {};
     }
 }
+
+const GpbNamedField &GpbFieldFinder::FindElsewhere(UsedInLayer &used, const char *nodeName)
+{
+    return used.last->Find(nodeName, used.lastGuess, memo_);
+}

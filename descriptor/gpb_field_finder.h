@@ -48,8 +48,8 @@ public:
     };
 
 private:
-    // Deeper layers share a place with higher ones.
-    static constexpr uint32_t LAYERS = 3;
+    // Deeper layers share a place with higher ones. A power of two, since each leaf's layer is divided by it.
+    static constexpr uint32_t LAYERS = 4;
 
     // Many documents have two kinds of containers in turn.
     struct UsedInLayer
@@ -72,9 +72,11 @@ private:
         {
             Change(used, message, layer);
         }
-        return used.last->Find(nodeName, used.lastGuess, memo_);
+        const GpbNamedField *const guessed = GpbNameTable::FindGuessed(nodeName, used.lastGuess, memo_);
+        return guessed == nullptr ? FindElsewhere(used, nodeName) : *guessed;
     }
 
+    const GpbNamedField &FindElsewhere(UsedInLayer &used, const char *nodeName);
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
 
     GpbNamePlan &plan_;

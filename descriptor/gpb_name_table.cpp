@@ -117,7 +117,7 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
 
 GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                            const std::set<std::string_view> &names)
-    : message_(message), layer_(layer), firstNumber_(0), places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
+    : message_(message), layer_(layer), places_(names.size() * SPELLINGS, BytesOf(names) * SPELLINGS)
 {
     const GpbLayerSuffix suffix(layer);
     std::vector<Answer> answers;
@@ -147,45 +147,62 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
         fields_.back().name = dashed == answer.name ? kept : places_.Add(dashed, place);
     }
     SetNext();
-    firstNumber_ = g_fieldCount.fetch_add(static_cast<uint32_t>(fields_.size()), std::memory_order_relaxed);
+    SetNumbers();
 }
 
 // The same once more for one of a list, else the first name of the field behind this one, and in the end the first of
 // all.
 void GpbNameTable::SetNext()
 {
-    uint32_t following = fields_.size() > 1 ? 1 : 0;
+    const GpbNamedField *following = fields_.size() > 1 ? &fields_[1] : &fields_.front();
     fields_.front().next = following;
     for (size_t place = fields_.size() - 1; place > 0; --place)
     {
         GpbNamedField &field = fields_[place];
-        field.next = field.node.field->is_repeated() ? static_cast<uint32_t>(place) : following;
+        field.next = field.node.field->is_repeated() ? &field : following;
         if (fields_[place - 1].node.field != field.node.field)
         {
-            following = static_cast<uint32_t>(place);
+            following = &field;
         }
     }
 }
 
-bool GpbNameTable::IsNameOf(const GpbNamedField &field, const char *nodeName, uint32_t number, GpbNameMemo *memo)
+void GpbNameTable::SetNumbers()
+{
+    uint32_t number = g_fieldCount.fetch_add(static_cast<uint32_t>(fields_.size()), std::memory_order_relaxed);
+    for (GpbNamedField &field : fields_)
+    {
+        field.number = number++;
+    }
+}
+
+// An address is new once in a document.
+bool GpbNameTable::IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo)
 {
     const bool isName = std::strcmp(field.name, nodeName) == 0;
-    if (isName && memo != nullptr)
+    if (isName)
     {
-        memo->Keep(nodeName, field, number);
+        memo.Keep(nodeName, field, field.number);
     }
     return isName;
 }
 
-// Not a part of the walks, which would have to hold more at hand than the guess takes. A known name needs no more than
-// this: looking for the text is left to a function of its own, whose needs would slow this one down.
-const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const
+const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
+{
+    const GpbNamedField &found = LookUp(nodeName, guess.field, memo);
+    guess = {found.next, &found == guess.field};
+    return found;
+}
+
+// A known name needs no more than this: looking for the text is left to a function of its own, whose needs would slow
+// this one down.
+const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const
 {
     const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, *this);
     return known != nullptr && Contains(known) ? *known : LookUpText(nodeName, guessed, memo);
 }
 
-[[gnu::noinline]] const GpbNamedField &GpbNameTable::LookUpText(const char *nodeName, const GpbNamedField &guessed,
+[[gnu::noinline]] const GpbNamedField &GpbNameTable::LookUpText(const char *nodeName, const GpbNamedField *guessed,
                                                                 GpbNameMemo *memo) const
 {
     const uint32_t place = places_.Find(nodeName);
@@ -195,7 +212,7 @@ const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedFi
         return FindConverted(nodeName);
     }
     // A name in its order will be guessed the next time.
-    if (memo != nullptr && &fields_[place] != &guessed)
+    if (memo != nullptr && &fields_[place] != guessed)
     {
         memo->KeepAt(nodeName, *this, fields_[place]);
     }

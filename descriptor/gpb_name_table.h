@@ -3,6 +3,7 @@
 #define GPB_DESCRIPTOR_GPB_NAME_TABLE_H
 
 #include <cstdint>
+#include <cstring>
 #include <set>
 #include <string_view>
 #include <vector>
@@ -19,23 +20,16 @@ struct GpbNamedField
     GpbFoundField node; ///< GPB_FindFieldDescByNodeName's answer
     GpbFoundField leaf; ///< GPB_GetLeafFieldDescByNodeName's answer
 
-    const char *name = ""; ///< as most documents spell it
-    uint32_t next = 0;     ///< place of the name that most documents have behind this one
+    const char *name = "";               ///< as most documents spell it
+    const GpbNamedField *next = nullptr; ///< that most documents have behind this one
+    uint32_t number = 0;                 ///< among those of all tables, for memos
 };
 
-/// Which name comes next in a document, of those in a table; and whether the guess before would have been right. Every
-/// compiler keeps a few of them, so the two share a word.
-class GpbNameGuess
+/// Which name comes next in a document, of those in a table.
+struct GpbNameGuess
 {
-public:
-    GpbNameGuess() = default;
-    GpbNameGuess(uint32_t place, bool isTried) : code_(place << 1U | (isTried ? 1U : 0U)) {}
-
-    uint32_t Place() const { return code_ >> 1U; }
-    bool IsTried() const { return (code_ & 1U) != 0; }
-
-private:
-    uint32_t code_ = 0;
+    const GpbNamedField *field = nullptr;
+    bool isTried = false; ///< whether the guess before would have been right
 };
 
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
@@ -54,37 +48,47 @@ public:
         return message == message_ && layer == layer_;
     }
 
+    GpbNameTable(const GpbNameTable &) = delete;
+    GpbNameTable &operator=(const GpbNameTable &) = delete;
+
+    /// The field of a name when the guess tells it, else null: then `Find` does. A part of the walks, like what is
+    /// above; the rest is not, since it would have to hold more at hand than the guess takes.
+    ///
     /// @param memo  of the document that the name is in; null where names do not stay where they are
-    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
+    static const GpbNamedField *FindGuessed(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo)
     {
-        const GpbNamedField &guessed = fields_[guess.Place()];
-        const uint32_t number = firstNumber_ + guess.Place();
-        if (guess.IsTried() &&
-            ((memo != nullptr && memo->Has(nodeName, guessed, number)) || IsNameOf(guessed, nodeName, number, memo)))
+        const GpbNamedField *const guessed = guess.field;
+        if (!guess.isTried || !IsNameOf(*guessed, nodeName, memo))
         {
-            guess = {guessed.next, true};
-            return guessed;
+            return nullptr;
         }
-        const GpbNamedField &found = LookUp(nodeName, guessed, memo);
-        guess = {found.next, &found == &guessed};
-        return found;
+        guess.field = guessed->next;
+        return guessed;
     }
+
+    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const;
 
 private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases);
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
-    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, uint32_t number, GpbNameMemo *memo);
-    const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const;
-    const GpbNamedField &LookUpText(const char *nodeName, const GpbNamedField &guessed, GpbNameMemo *memo) const;
+    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo)
+    {
+        return memo == nullptr ? std::strcmp(field.name, nodeName) == 0
+                               : memo->Has(nodeName, field, field.number) || IsNewNameOf(field, nodeName, *memo);
+    }
+
+    static bool IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo);
+    const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
+    const GpbNamedField &LookUpText(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
     bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
+    void SetNumbers();
 
     const google::protobuf::Descriptor *message_;
     int32_t layer_;
-    uint32_t firstNumber_;              ///< of its fields among those of all tables, for memos
     std::vector<GpbNamedField> fields_; ///< the answers; the first one is for all names that stand for nothing
     GpbNameMap places_;                 ///< by spelling: the place of the answer
 };

@@ -4,6 +4,8 @@
  */
 #include <limits>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include <google/protobuf/compiler/importer.h>
 
@@ -119,6 +121,32 @@ TEST_F(RecordTest, TextsAndEnums)
                    "[m.Top].",
                    "0: [GpbXmlCompiler][FillLeafField]Fail to translator node [rk] value [big  none] to layer "
                    "[m.Top]."});
+}
+
+TEST_F(RecordTest, EnumValuesInEverySpelling)
+{
+    // Names that no value is converted to are there, too: of a digit, and in lower case.
+    addModule("m", R"(syntax = 'proto2'; package m; message Top {
+        enum K { K_NONE = 0; K_ADMINX_DOWN = 1; K_MAX_SPEED = 2; K_X_10GX_FULL = 3; K_X_7 = 4; K_8 = 5; K_low = 6;
+                 K_X_ = 7; K__ = 8; K_X_X_ = 9; K_ = 10; }
+        optional K k = 1; })");
+    open("m");
+    const std::pair<std::string, int> stored[] = {
+        {"none", 0},        {"admin-down", 1}, {"ADMIN-DOWN", 1},   {"Admin-Down", 1}, {"admin.down", 1},
+        {"adminx_down", 1}, {"max_speed", 2},  {"MAX_SPEED", 2},    {"ma-speed", 2},   {"10g-full", 3},
+        {"10G-FULL", 3},    {"-10g-full", 3},  {"X_10gX_full", 3},  {"7", 4},          {"-7", 4},
+        {"x_7", 4},         {"-", 7},          {"X_", 7},           {"_", 8},          {"--", 9},
+        {"-x_", 9},         {"none  ", 10},    {"-- admin-down", 1}};
+    for (const auto &[text, number] : stored)
+    {
+        expectBytes("<k>" + text + "</k>", "k: " + std::to_string(number));
+    }
+    for (const std::string text : {"8", "-8", "low", "LOW", "admin down", "admin-down-", "10g", "10gx"})
+    {
+        expectEncodes(
+            "<top><k>" + text + "</k></top>", "m.Top", "",
+            {"0: [GpbXmlCompiler][FillLeafField]Fail to translator node [k] value [" + text + "] to layer [m.Top]."});
+    }
 }
 
 TEST_F(RecordTest, EnumValuesOfEveryLength)
