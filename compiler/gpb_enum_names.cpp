@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "compiler/gpb_enum_text.h"
 #include "core/gpb_protobuf_compat.h"
 
 using google::protobuf::Descriptor;
@@ -99,7 +98,11 @@ GpbEnumNames::GpbEnumNames(const Descriptor *message, const EnumDescriptor *type
                      numbers_.push_back(number);
                      places_.Add(rest, static_cast<uint32_t>(numbers_.size()));
                  });
-    AddSpellings(message, type);
+    // With other special characters than usual, the spellings are never asked for.
+    if (GpbAreSpecialCharsAsMade())
+    {
+        AddSpellings(message, type);
+    }
 }
 
 void GpbEnumNames::AddSpellings(const Descriptor *message, const EnumDescriptor *type)

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "compiler/gpb_enum_text.h"
 #include "descriptor/gpb_name_map.h"
 
 /// What the enum translator finds for the leaves of an enum type in one message type: values of all enums that are
@@ -18,10 +19,10 @@ public:
     GpbEnumNames(const google::protobuf::Descriptor *message, const google::protobuf::EnumDescriptor *type);
 
     /// The number of a text that is one value and nothing else, spelled as most modules do, in lower or upper case;
-    /// null for other texts, which `Take` may know.
+    /// null for other texts, which `Take` may know, and while the special characters are others than usual.
     const int *Find(const char *text) const
     {
-        const uint32_t place = spellings_.Find(text);
+        const uint32_t place = GpbAreSpecialCharsAsMade() ? spellings_.Find(text) : GpbNameMap::NOTHING;
         return place == GpbNameMap::NOTHING ? nullptr : &numbers_[place - 1];
     }
 

@@ -17,10 +17,6 @@ namespace
 constexpr char COMPILER_BASE_TAG[] = "gpb_xmlcompilerbase.cpp";
 constexpr uint32_t LINE_PREFIX_FAILED = 80;
 
-// Each of these becomes "X_" in an enum value name. The terminator is marked too: the conversion ends before it asks.
-constexpr char SPECIAL_CHARS[] = "!\"#\\$%&,-()*+/:<>=.?[]{}|^~`@'; ";
-static_assert(sizeof(SPECIAL_CHARS) == 33, "32 special characters and the terminator");
-
 // Compilers may be constructed by several threads at once.
 std::mutex g_specialCharTableMutex;
 
@@ -28,11 +24,11 @@ std::mutex g_specialCharTableMutex;
 void FillSpecialCharTable()
 {
     const std::lock_guard<std::mutex> lock(g_specialCharTableMutex);
-    if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(SPECIAL_CHARS[0])] != 0)
+    if (GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(GPB_SPECIAL_CHARS[0])] != 0)
     {
         return;
     }
-    for (const char c : SPECIAL_CHARS)
+    for (const char c : GPB_SPECIAL_CHARS)
     {
         GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>(c)] = 1;
     }

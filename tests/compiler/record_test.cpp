@@ -149,6 +149,28 @@ TEST_F(RecordTest, EnumValuesInEverySpelling)
     }
 }
 
+// Hosts can reach the table of special characters, and the conversion asks it for each value.
+TEST_F(RecordTest, EnumValuesWithAnotherTableOfSpecialCharacters)
+{
+    unsigned char &markOfU = GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>('u')];
+    for (const char *const name : {"m", "n"})
+    {
+        addModule(name, std::string("syntax = 'proto2'; package ") + name +
+                            "; message Top { enum K { K_NONE = 0; K_UP = 1; K_X_P = 2; } optional K k = 1; }");
+    }
+    open("m");
+    expectBytes("<k>up</k>", "k: 1");
+    markOfU = 1;
+    expectBytes("<k>up</k>", "k: 2");
+    expectBytes("<k>none</k>", "k: 0");
+    open("n");
+    expectBytes("<k>up</k>", "k: 2");
+    markOfU = 0;
+    expectBytes("<k>up</k>", "k: 1");
+    open("m");
+    expectBytes("<k>up</k>", "k: 1");
+}
+
 TEST_F(RecordTest, EnumValuesOfEveryLength)
 {
     // In twos where each character takes two places, in ones where it takes one.
