@@ -7,7 +7,7 @@
 namespace gpbtest
 {
 
-const char *const kFaultModule = "life-of-a-host"; // its file name does not fit into a string itself
+const char *const kFaultModule = "life-of-a-host";
 const char *const kFaultProto = R"(
 syntax = "proto3";
 package life;
@@ -205,14 +205,14 @@ void forgetTemplates(GpbLibContext *context)
     VEC_VectorZipEmptySlot(context->pstTemplateVec);
 }
 
-FaultResult generateTemplate(GpbLibContext *context, const FaultRecords &records)
+FaultResult generateTemplate(GpbLibContext *context, const char *module, const FaultRecords &records)
 {
     FaultResult result;
     uint32_t classId = 0;
     result.code = GPBLIB_GetClassIdFromYangNode(context, records.target(), &classId);
     if (result.code == 0)
     {
-        result.code = GPBLIB_UpdateProtoFileClassInfo(context, kFaultModule, 0, "/top/list", records.target());
+        result.code = GPBLIB_UpdateProtoFileClassInfo(context, module, 0, "/top/list", records.target());
     }
     if (result.code != 0)
     {

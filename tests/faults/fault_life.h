@@ -76,8 +76,8 @@ private:
 /** Forgets all templates as an unload does, but keeps the proto files, which the next run uses again. */
 void forgetTemplates(GpbLibContext *context);
 
-/** Makes the template, dumps it and reads the dump back; then forgets it. */
-FaultResult generateTemplate(GpbLibContext *context, const FaultRecords &records);
+/** Makes the template from a loaded module of kFaultProto, dumps it and reads the dump back; then forgets it. */
+FaultResult generateTemplate(GpbLibContext *context, const char *module, const FaultRecords &records);
 
 } // namespace gpbtest
 

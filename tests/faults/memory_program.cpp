@@ -362,8 +362,13 @@ TEST_F(MemoryFaults, ModelAttributes)
 
 TEST_F(MemoryFaults, Template)
 {
+    // The name of a file needs memory only when it is longer than those that compilers know.
+    const std::string module(GPB_PROTO_FILE_NAME_SIZE, 'm');
+    m_work.writeFile("reslink/protobuf/" + module + ".proto", gpbtest::kFaultProto);
+    GPBLIB_UnloadProtoFileAll(m_context, 0);
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, module.c_str(), 0));
     const gpbtest::FaultRecords records;
-    failEach([&] { return gpbtest::generateTemplate(m_context, records); });
+    failEach([&] { return gpbtest::generateTemplate(m_context, module.c_str(), records); });
 }
 
 // Short names need no memory of their own.

@@ -62,7 +62,7 @@ FaultResult FaultLives::use(GpbLibContext *context, Use use)
                                        gpbtest::findItem(root, "box"));
     default:
         GPBLIB_ProtobufLoad(context, kFaultModule, 0);
-        return gpbtest::generateTemplate(context, m_records);
+        return gpbtest::generateTemplate(context, kFaultModule, m_records);
     }
 }
 
