@@ -7,15 +7,13 @@ using google::protobuf::Descriptor;
 void GpbFieldFinder::Change(UsedInLayer &used, const Descriptor *message, uint32_t layer)
 {
     std::swap(used.last, used.before);
-    std::swap(used.lastGuess, used.beforeGuess);
     if (!IsOf(used.last, message, layer))
     {
-        used.last = &plan_.TableOf(message, layer);
-        used.lastGuess = {};
+        used.last = plan_.TableOf(message, layer).FirstGuess();
     }
 }
 
-const GpbNamedField &GpbFieldFinder::FindElsewhere(UsedInLayer &used, const char *nodeName)
+const GpbNamedField &GpbFieldFinder::FindElsewhere(GpbNameGuess &guess, const char *nodeName)
 {
-    return used.last->Find(nodeName, used.lastGuess, memo_);
+    return guess.Field()->table->Find(nodeName, guess, memo_);
 }

@@ -54,15 +54,15 @@ private:
     // Many documents have two kinds of containers in turn.
     struct UsedInLayer
     {
-        const GpbNameTable *last = nullptr;
-        const GpbNameTable *before = nullptr;
-        GpbNameGuess lastGuess = {};
-        GpbNameGuess beforeGuess = {};
+        GpbNameGuess last;
+        GpbNameGuess before;
     };
 
-    static bool IsOf(const GpbNameTable *table, const google::protobuf::Descriptor *message, uint32_t layer)
+    // Whether a guess is of the table of a message type in a layer.
+    static bool IsOf(const GpbNameGuess &guess, const google::protobuf::Descriptor *message, uint32_t layer)
     {
-        return table != nullptr && table->IsOf(message, static_cast<int32_t>(layer));
+        const GpbNamedField *const field = guess.Field();
+        return field != nullptr && field->table->IsOf(message, static_cast<int32_t>(layer));
     }
 
     const GpbNamedField &Find(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
@@ -72,11 +72,11 @@ private:
         {
             Change(used, message, layer);
         }
-        const GpbNamedField *const guessed = GpbNameTable::FindGuessed(nodeName, used.lastGuess, memo_);
-        return guessed == nullptr ? FindElsewhere(used, nodeName) : *guessed;
+        const GpbNamedField *const guessed = GpbNameTable::FindGuessed(nodeName, used.last, memo_);
+        return guessed == nullptr ? FindElsewhere(used.last, nodeName) : *guessed;
     }
 
-    const GpbNamedField &FindElsewhere(UsedInLayer &used, const char *nodeName);
+    const GpbNamedField &FindElsewhere(GpbNameGuess &guess, const char *nodeName);
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
 
     GpbNamePlan &plan_;

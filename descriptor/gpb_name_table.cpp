@@ -172,6 +172,7 @@ void GpbNameTable::SetNumbers()
     uint32_t number = g_fieldCount.fetch_add(static_cast<uint32_t>(fields_.size()), std::memory_order_relaxed);
     for (GpbNamedField &field : fields_)
     {
+        field.table = this;
         field.number = number++;
     }
 }
@@ -189,8 +190,8 @@ bool GpbNameTable::IsNewNameOf(const GpbNamedField &field, const char *nodeName,
 
 const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
 {
-    const GpbNamedField &found = LookUp(nodeName, guess.field, memo);
-    guess = {found.next, &found == guess.field};
+    const GpbNamedField &found = LookUp(nodeName, guess.Field(), memo);
+    guess = {found.next, &found == guess.Field()};
     return found;
 }
 

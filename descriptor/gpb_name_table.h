@@ -13,6 +13,7 @@
 #include "descriptor/gpb_name_memo.h"
 
 class GpbCaseIndex;
+class GpbNameTable;
 
 /// What a node name stands for: as a node of any kind, and as a leaf.
 struct GpbNamedField
@@ -21,16 +22,33 @@ struct GpbNamedField
     GpbFoundField leaf; ///< GPB_GetLeafFieldDescByNodeName's answer
 
     const char *name = "";               ///< as most documents spell it
+    const GpbNameTable *table = nullptr; ///< that it is in
     const GpbNamedField *next = nullptr; ///< that most documents have behind this one
     uint32_t number = 0;                 ///< among those of all tables, for memos
 };
 
-/// Which name comes next in a document, of those in a table.
-struct GpbNameGuess
+/// Which name comes next in a document, of those in a table; and whether it is to be tried, which it is when the guess
+/// before would have been right. Every compiler keeps a few of them, so the two share a word: fields lie at even
+/// addresses.
+class GpbNameGuess
 {
-    const GpbNamedField *field = nullptr;
-    bool isTried = false; ///< whether the guess before would have been right
+public:
+    GpbNameGuess() = default;
+    GpbNameGuess(const GpbNamedField *field, bool isTried)
+        : code_(reinterpret_cast<const char *>(field) + (isTried ? 1 : 0))
+    {
+    }
+
+    /// Null before the first guess.
+    const GpbNamedField *Field() const { return reinterpret_cast<const GpbNamedField *>(code_ - Flag()); }
+    bool IsTried() const { return Flag() != 0; }
+
+private:
+    uintptr_t Flag() const { return reinterpret_cast<uintptr_t>(code_) & 1U; }
+
+    const char *code_ = nullptr;
 };
+static_assert(alignof(GpbNamedField) > 1, "a bit of its address is free");
 
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
 /// changed, so it may be read by any number of threads.
@@ -57,16 +75,19 @@ public:
     /// @param memo  of the document that the name is in; null where names do not stay where they are
     static const GpbNamedField *FindGuessed(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo)
     {
-        const GpbNamedField *const guessed = guess.field;
-        if (!guess.isTried || !IsNameOf(*guessed, nodeName, memo))
+        const GpbNamedField *const guessed = guess.Field();
+        if (!guess.IsTried() || !IsNameOf(*guessed, nodeName, memo))
         {
             return nullptr;
         }
-        guess.field = guessed->next;
+        guess = {guessed->next, true};
         return guessed;
     }
 
     const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const;
+
+    /// Before the first name of a message.
+    GpbNameGuess FirstGuess() const { return {&fields_.front(), false}; }
 
 private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases);
