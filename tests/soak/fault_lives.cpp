@@ -19,7 +19,10 @@ FaultLives::FaultLives() : m_installPath(m_work.makeDirectory("installed")), m_j
     const std::string xml = gpbtest::faultXmlWithoutTexts();
     m_xml = xmlReadMemory(xml.data(), static_cast<int>(xml.size()), nullptr, nullptr, XML_PARSE_NONET);
     require(m_xml != nullptr && m_json != nullptr, "the documents of the fault lives cannot be parsed");
-    m_work.writeFile(std::string("installed/") + kFaultModule + ".proto", gpbtest::kFaultProto);
+    for (const std::string &module : {std::string(kFaultModule), m_templateModule})
+    {
+        m_work.writeFile("installed/" + module + ".proto", gpbtest::kFaultProto);
+    }
 }
 
 FaultLives::~FaultLives()
@@ -61,8 +64,8 @@ FaultResult FaultLives::use(GpbLibContext *context, Use use)
         return gpbtest::listAttributes(context, GpbJsonCompiler_CreateJsonCompiler(context, kFaultModule), root,
                                        gpbtest::findItem(root, "box"));
     default:
-        GPBLIB_ProtobufLoad(context, kFaultModule, 0);
-        return gpbtest::generateTemplate(context, kFaultModule, m_records);
+        GPBLIB_ProtobufLoad(context, m_templateModule.c_str(), 0);
+        return gpbtest::generateTemplate(context, m_templateModule.c_str(), m_records);
     }
 }
 
@@ -75,7 +78,7 @@ FaultResult FaultLives::live(Use use)
         return {};
     }
     const FaultResult result = this->use(context, use);
-    GPBLIB_UnloadProtoFile(context, kFaultModule);
+    GPBLIB_UnloadProtoFile(context, use == kTemplate ? m_templateModule.c_str() : kFaultModule);
     GPBLIB_UnloadProtoFileAll(context, 0);
     GPBLIB_Uninitial(context);
     return result;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "faults/fault_life.h"
+#include "gpb_templatelib/gpb_limits.h"
 #include "soak/inputs.h"
 #include "support/temp_directory.h"
 
@@ -54,6 +55,7 @@ private:
 
     gpbtest::TempDirectory m_work;
     std::string m_installPath;
+    const std::string m_templateModule = std::string(GPB_PROTO_FILE_NAME_SIZE, 'm'); ///< long, so that it needs memory
     gpbtest::FaultRecords m_records;
     _xmlDoc *m_xml;
     cJSON *m_json;
