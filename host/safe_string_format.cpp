@@ -19,6 +19,9 @@ bool isFourteenDigits(const char *precision)
     return precision[0] == '1' && precision[1] == '4' && precision[2] == 'g';
 }
 
+// Every caller hands over a list that it has started, which the analyzer does not see.
+// NOLINTBEGIN(clang-analyzer-valist.Uninitialized)
+
 /**
  * Formats as vsnprintf does, if there is nothing in the format but text, %s, %d, %u and %.14g, no number in the
  * arguments that takes more than a moment, and room for the text.
@@ -88,8 +91,6 @@ int format(char *destination, size_t room, const char *formatText, va_list args,
     int length = kFailed;
     if (!isToFail)
     {
-        // Every caller hands over a list that it has started, which the analyzer does not see.
-        // NOLINTBEGIN(clang-analyzer-valist.Uninitialized)
         va_list plainArgs;
         va_copy(plainArgs, args);
         // A text that is longer than an int can tell is an error of vsnprintf.
@@ -100,7 +101,6 @@ int format(char *destination, size_t room, const char *formatText, va_list args,
             return static_cast<int>(end - destination);
         }
         length = vsnprintf(destination, room, formatText, args);
-        // NOLINTEND(clang-analyzer-valist.Uninitialized)
     }
     if (length < 0)
     {
@@ -109,6 +109,8 @@ int format(char *destination, size_t room, const char *formatText, va_list args,
     }
     return length;
 }
+
+// NOLINTEND(clang-analyzer-valist.Uninitialized)
 
 bool isCut(int length, size_t room)
 {
