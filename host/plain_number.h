@@ -22,7 +22,7 @@ constexpr size_t kPlainNumberSize = 16;
 /**
  * Writes a number as printf does with "%.14g", if it is whole and has at most fourteen digits, or has at most ten
  * before the point and four behind it. Programs that round otherwise than to the nearest number get the nearest text
- * all the same.
+ * all the same, and those that take denormal numbers for zero get a zero.
  *
  * @param out  as above
  * @return as above; null, with no more than the sign written, for a number that is left to printf

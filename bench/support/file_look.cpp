@@ -6,8 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <benchmark/benchmark.h>
-
 #include "platform/yos.h"
 
 namespace gpbbench
@@ -15,7 +13,10 @@ namespace gpbbench
 
 void LookForFile(const std::string &file)
 {
-    benchmark::DoNotOptimize(YOS_VFS_IsFileExist(file.c_str()));
+    if (YOS_VFS_IsFileExist(file.c_str()) != 1)
+    {
+        throw std::runtime_error("the platform does not find " + file);
+    }
 }
 
 FileLook::FileLook(const std::string &file)

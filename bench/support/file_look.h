@@ -7,7 +7,7 @@
 namespace gpbbench
 {
 
-/// Asks as the library does.
+/// Asks as the library does. Throws std::runtime_error when the file is not there.
 void LookForFile(const std::string &file);
 
 /// Asks the system in one way after the other. All find the file; what they tell beyond that differs.

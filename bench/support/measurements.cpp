@@ -13,7 +13,7 @@ namespace
 
 constexpr double NS_PER_SECOND = 1e9;
 constexpr int NAME_COLUMN = 22;
-constexpr int WAY_COLUMN = 12;
+constexpr int WAY_COLUMN = 20;
 constexpr int COLUMN = 26;
 
 std::string WithSpread(const Sample &sample, int digits)

@@ -152,7 +152,11 @@ TEST_F(RecordTest, EnumValuesInEverySpelling)
 // Hosts can reach the table of special characters, and the conversion asks it for each value.
 TEST_F(RecordTest, EnumValuesWithAnotherTableOfSpecialCharacters)
 {
-    unsigned char &markOfU = GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>('u')];
+    struct Mark
+    {
+        unsigned char &ofU = GpbXmlCompilerBase::aucSpecialCharTable[static_cast<unsigned char>('u')];
+        ~Mark() { ofU = 0; }
+    } mark;
     for (const char *const name : {"m", "n"})
     {
         addModule(name, std::string("syntax = 'proto2'; package ") + name +
@@ -160,12 +164,12 @@ TEST_F(RecordTest, EnumValuesWithAnotherTableOfSpecialCharacters)
     }
     open("m");
     expectBytes("<k>up</k>", "k: 1");
-    markOfU = 1;
+    mark.ofU = 1;
     expectBytes("<k>up</k>", "k: 2");
     expectBytes("<k>none</k>", "k: 0");
     open("n");
     expectBytes("<k>up</k>", "k: 2");
-    markOfU = 0;
+    mark.ofU = 0;
     expectBytes("<k>up</k>", "k: 1");
     open("m");
     expectBytes("<k>up</k>", "k: 1");

@@ -372,7 +372,6 @@ TEST_F(MemoryFaults, Template)
 }
 
 // Short names need no memory of their own.
-constexpr const char *kLongModule = "a-module-with-a-long-name";
 constexpr const char *kLongProto = R"(
 syntax = "proto3";
 message AContainerWithALongName {
@@ -386,14 +385,15 @@ message AContainerWithALongName {
 
 TEST_F(MemoryFaults, DescriptorHelpers)
 {
-    m_work.writeFile(std::string("reslink/protobuf/") + kLongModule + ".proto", kLongProto);
-    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, kLongModule, 0));
+    const std::string module(GPB_PROTO_FILE_NAME_SIZE, 'm');
+    m_work.writeFile("reslink/protobuf/" + module + ".proto", kLongProto);
+    ASSERT_EQ(0u, GPBLIB_ProtobufLoad(m_context, module.c_str(), 0));
     failEach(
         [&]
         {
             const char *const path = "a-container-with-a-long-name";
             const char *const leaf = "a-leaf-with-a-long-name";
-            const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, kLongModule);
+            const auto *const file = Gpb_ModuleAdapt_GetFileHandle(m_context, module.c_str());
             const auto *const field = Gpb_ModuleAdapt_GetFieldHandle(m_context, file, path, leaf);
             GpbYangEnumItem *items = nullptr;
             uint32_t count = 0;

@@ -51,7 +51,7 @@ __attribute__((format(printf, 1, 2))) void expectLikeCLibrary(const char *format
         EXPECT_EQ(std::min(length, static_cast<int>(room) - 1),
                   vsnprintf_truncated_s(formatted.data(), room, format, copy));
         va_end(copy);
-        ASSERT_EQ(std::string(expected.data(), room), std::string(formatted.data(), room)) << format;
+        ASSERT_EQ(expected, formatted) << format << ": the text, or what is behind it";
     }
     va_end(args);
 }

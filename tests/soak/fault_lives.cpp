@@ -111,6 +111,7 @@ void FaultLives::failMemory(Use use, Random &random)
         require(this->use(context, use) == good && good.isDone, "a second use ends otherwise");
         calls = memory.count();
     }
+    require(calls != 0, "there is no memory that could be missing");
     ++m_faults;
     {
         const gpbtest::FailingMemory memory(1 + random() % calls);
