@@ -1,4 +1,4 @@
-// JSON to GPB: leaves, and the walk over siblings, most of which are leaves.
+// JSON to GPB: leaves.
 #include <cjson/cJSON.h>
 #include <cstdint>
 #include <google/protobuf/descriptor.h>
@@ -182,31 +182,4 @@ unsigned int GpbJsonCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer
     return GpbJsonType(pstItem) == cJSON_Number
                ? StoreNumber(pvLibHandle, stLayer, pstField, astStrTrans, pstItem)
                : StoreText(pvLibHandle, stLayer, pstField, astStrTrans, pstItem, ValueText(pstItem));
-}
-
-// Flat as well: its registers are saved once for all the leaves of a container.
-[[gnu::flatten]] unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCompilerStack &stStack)
-{
-    for (cJSON *item = pstFirst; item != nullptr; item = item->next)
-    {
-        GpbJsonPrefetchBehind(item);
-        unsigned int result = GPB_COMPILER_OK;
-        switch (GpbJsonType(item))
-        {
-        case cJSON_Array:
-            result = ProcJsonArrayNode(item, stStack);
-            break;
-        case cJSON_Object:
-            result = ProcJsonContainerNode(item, pstParent, stStack);
-            break;
-        default:
-            result = ProcJsonLeafNode(item, stStack);
-            break;
-        }
-        if (result != GPB_COMPILER_OK)
-        {
-            return result;
-        }
-    }
-    return GPB_COMPILER_OK;
 }

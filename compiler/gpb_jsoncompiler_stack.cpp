@@ -159,21 +159,6 @@ unsigned int GpbJsonCompiler::GPB_PushItemDescriptor(const char *pcKey, GpbCompi
     return GpbPushRecordLayer(pvLibHandle, stStack, found.field) ? GPB_COMPILER_OK : PushLayer(found.field, stStack);
 }
 
-[[gnu::flatten]] unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent,
-                                                                     GpbCompilerStack &stStack)
-{
-    const uint32_t layerNum = stStack.uiLayerNum;
-    const char *key = GpbLib_Json_GetObjectName(pstItem);
-    unsigned int result = GPB_PushItemDescriptor(key == nullptr ? GpbLib_Json_GetObjectName(pstParent) : key, stStack);
-    if (result == GPB_COMPILER_OK)
-    {
-        result = IterJson(pstItem->child, pstItem, stStack);
-    }
-    // Pops the layers of the case, too.
-    stStack.uiLayerNum = layerNum;
-    return result;
-}
-
 // Seldom called, and not a part of the usual way, which needs no room on the stack.
 [[gnu::noinline]] unsigned int GpbJsonCompiler::PushLayer(const FieldDescriptor *pstField, GpbCompilerStack &stStack)
 {

@@ -1,4 +1,4 @@
-// JSON to GPB: containers, lists and leaf-lists.
+// JSON to GPB: the walk over the tree, containers, lists and leaf-lists.
 #include <cjson/cJSON.h>
 #include <google/protobuf/descriptor.h>
 
@@ -9,6 +9,46 @@
 #include "compiler/gpb_layer.h"
 #include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
+
+unsigned int GpbJsonCompiler::IterJson(cJSON *pstFirst, cJSON *pstParent, GpbCompilerStack &stStack)
+{
+    for (cJSON *item = pstFirst; item != nullptr; item = item->next)
+    {
+        GpbJsonPrefetchBehind(item);
+        unsigned int result = GPB_COMPILER_OK;
+        switch (GpbJsonType(item))
+        {
+        case cJSON_Array:
+            result = ProcJsonArrayNode(item, stStack);
+            break;
+        case cJSON_Object:
+            result = ProcJsonContainerNode(item, pstParent, stStack);
+            break;
+        default:
+            result = ProcJsonLeafNode(item, stStack);
+            break;
+        }
+        if (result != GPB_COMPILER_OK)
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbJsonCompiler::ProcJsonContainerNode(cJSON *pstItem, cJSON *pstParent, GpbCompilerStack &stStack)
+{
+    const uint32_t layerNum = stStack.uiLayerNum;
+    const char *key = GpbLib_Json_GetObjectName(pstItem);
+    unsigned int result = GPB_PushItemDescriptor(key == nullptr ? GpbLib_Json_GetObjectName(pstParent) : key, stStack);
+    if (result == GPB_COMPILER_OK)
+    {
+        result = IterJson(pstItem->child, pstItem, stStack);
+    }
+    // Pops the layers of the case, too.
+    stStack.uiLayerNum = layerNum;
+    return result;
+}
 
 unsigned int GpbJsonCompiler::ProcJsonArrayNode(cJSON *pstArray, GpbCompilerStack &stStack)
 {

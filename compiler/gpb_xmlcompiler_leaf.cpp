@@ -1,4 +1,4 @@
-// XML to GPB: leaves, and the walk over siblings, most of which are leaves.
+// XML to GPB: leaves.
 #include <google/protobuf/descriptor.h>
 #include <libxml/tree.h>
 
@@ -131,7 +131,7 @@ template <typename Fill>
     return FillLeafField(layer, found.field, text, name);
 }
 
-[[gnu::noinline]] unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+unsigned int GpbXmlCompiler::ProcXmlEmptyLeafNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
     if (pstNode->type != XML_ELEMENT_NODE)
     {
@@ -183,37 +183,4 @@ unsigned int GpbXmlCompiler::FillLeafField(const GpbCompilerStackLayer &stLayer,
         ReportNotStored(pvLibHandle, stLayer, *pstField, result != GPB_COMPILER_NO_TRANSLATOR, pcValue, pcNodeName);
     }
     return result;
-}
-
-// Flat as well: its registers are saved once for all the leaves of a container.
-[[gnu::flatten]] unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stStack)
-{
-    for (xmlNode *node = pstNode; node != nullptr; node = node->next)
-    {
-        unsigned int result = GPB_COMPILER_OK;
-        bool stops = false;
-        switch (GpbClassifyXmlNode(node))
-        {
-        case GpbXmlNodeKind::IGNORED:
-            continue;
-        case GpbXmlNodeKind::EMPTY:
-            result = ProcXmlEmptyLeafNode(node, stStack);
-            stops = true;
-            break;
-        case GpbXmlNodeKind::LEAF:
-            result = ProcXmlLeafNode(node, stStack);
-            break;
-        case GpbXmlNodeKind::CONTAINER:
-            // Below the top a failing container is logged and passed over. The top is the whole document: what fails
-            // there has to reach the caller.
-            stops = stStack.uiLayerNum == 0;
-            result = ProcXmlContainerNode(node, stStack);
-            break;
-        }
-        if (result != GPB_COMPILER_OK && (stops || ucStopOnError != 0))
-        {
-            return result;
-        }
-    }
-    return GPB_COMPILER_OK;
 }

@@ -1,4 +1,4 @@
-// XML to GPB: containers and list entries.
+// XML to GPB: the walk over the document, containers and list entries.
 #include <google/protobuf/descriptor.h>
 #include <google/protobuf/message.h>
 #include <libxml/tree.h>
@@ -26,7 +26,39 @@ constexpr uint32_t LINE_STACK_FULL = 325;
 
 } // namespace
 
-[[gnu::flatten]] unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
+unsigned int GpbXmlCompiler::IterXmlDoc(xmlNode *pstNode, GpbCompilerStack &stStack)
+{
+    for (xmlNode *node = pstNode; node != nullptr; node = node->next)
+    {
+        unsigned int result = GPB_COMPILER_OK;
+        bool stops = false;
+        switch (GpbClassifyXmlNode(node))
+        {
+        case GpbXmlNodeKind::IGNORED:
+            continue;
+        case GpbXmlNodeKind::EMPTY:
+            result = ProcXmlEmptyLeafNode(node, stStack);
+            stops = true;
+            break;
+        case GpbXmlNodeKind::LEAF:
+            result = ProcXmlLeafNode(node, stStack);
+            break;
+        case GpbXmlNodeKind::CONTAINER:
+            // Below the top a failing container is logged and passed over. The top is the whole document: what fails
+            // there has to reach the caller.
+            stops = stStack.uiLayerNum == 0;
+            result = ProcXmlContainerNode(node, stStack);
+            break;
+        }
+        if (result != GPB_COMPILER_OK && (stops || ucStopOnError != 0))
+        {
+            return result;
+        }
+    }
+    return GPB_COMPILER_OK;
+}
+
+unsigned int GpbXmlCompiler::ProcXmlContainerNode(xmlNode *pstNode, GpbCompilerStack &stStack)
 {
     const uint32_t layerNum = stStack.uiLayerNum;
     if (layerNum == 0)
@@ -68,9 +100,8 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
                                                                  : PushContainerLayer(found.field, name, stStack);
 }
 
-// Seldom called, and not a part of the usual way, which needs no room on the stack.
-[[gnu::noinline]] unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField,
-                                                                  const char *pcNodeName, GpbCompilerStack &stStack)
+unsigned int GpbXmlCompiler::PushContainerLayer(const FieldDescriptor *pstField, const char *pcNodeName,
+                                                GpbCompilerStack &stStack)
 {
     GpbCompilerStackLayer &upper = stStack.astLayer[stStack.uiLayerNum - 1];
     // The path is made when the layer is pushed, and for log lines, and only if somebody can read it.
@@ -105,7 +136,7 @@ unsigned int GpbXmlCompiler::PushXmlContainer(xmlNode *pstNode, GpbCompilerStack
     return GPB_COMPILER_OK;
 }
 
-[[gnu::noinline]] unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
+unsigned int GpbXmlCompiler::ProcCompilerTopLayer(xmlNode *pstRoot, GpbCompilerStack &stStack)
 {
     const unsigned int result = PushTopLayer(pstRoot, stStack);
     if (result != GPB_COMPILER_OK)

@@ -1,5 +1,8 @@
 // JSON to GPB: depth of the stack and of the tree.
+#include <cjson/cJSON.h>
+
 #include "compiler/json_fixture.h"
+#include "support/stack_use.h"
 
 namespace gpbtest
 {
@@ -8,6 +11,13 @@ namespace
 
 /** The code of a stack that is full. */
 constexpr unsigned int kStackFull = 0xFFFFFFFFu;
+
+/** How much larger a build's frames may be than the parser's, which is always as Debian ships it. */
+#if defined(__OPTIMIZE__) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+constexpr size_t kOverhead = 2;
+#else
+constexpr size_t kOverhead = 20;
+#endif
 
 class JsonLimitTest : public JsonFixture
 {
@@ -25,6 +35,17 @@ protected:
         for (int i = 0; i < depth; ++i)
         {
             text = "\"node\":{" + text + "}";
+        }
+        return "{\"node\":{" + text + "}}";
+    }
+
+    /** Objects under leaf-lists. These open no layer, so the parser's nesting limit is the only one. */
+    static std::string underLeafLists(int depth)
+    {
+        std::string text = "\"leaf\":5";
+        for (int i = 0; i < depth; ++i)
+        {
+            text = "\"words\":{" + text + "}";
         }
         return "{\"node\":{" + text + "}}";
     }
@@ -149,13 +170,35 @@ TEST_F(JsonLimitTest, TakesAnItemTooFarDownAsOneThatIsNotInTheTree)
 
 TEST_F(JsonLimitTest, FollowsObjectsUnderLeafListsAsDeepAsTheParserDoes)
 {
-    // These open no layer, so the parser's nesting limit is the only one.
-    std::string text = "\"leaf\":5";
-    for (int i = 0; i < CJSON_NESTING_LIMIT - 2; ++i)
+    expectEncodes("nest", underLeafLists(CJSON_NESTING_LIMIT - 2), "nest.Node", "leaf:5");
+}
+
+/**
+ * Whoever can parse a document must be able to encode it: a level of the walk must not need a multiple of the stack
+ * that one of the parser needs, which is some hundred bytes.
+ */
+TEST_F(JsonLimitTest, NeedsLittleMoreStackThanTheParser)
+{
+    constexpr int kShallow = 400;
+    constexpr int kDeep = 900;
+    const auto stackOf = [this](int depth)
     {
-        text = "\"words\":{" + text + "}";
-    }
-    expectEncodes("nest", "{\"node\":{" + text + "}}", "nest.Node", "leaf:5");
+        const JsonTree tree(underLeafLists(depth));
+        const auto compiler = open<OpenJsonCompiler>("nest");
+        unsigned int code = ~0U;
+        const size_t bytes = stackUse([&] { code = compiler->EncodeJson(tree.root(), tree.root()); });
+        EXPECT_EQ(0u, code) << depth;
+        return bytes;
+    };
+    const auto stackOfParser = [](int depth)
+    {
+        const std::string text = underLeafLists(depth);
+        return stackUse([&] { cJSON_Delete(cJSON_Parse(text.c_str())); });
+    };
+    const size_t perLevel = (stackOf(kDeep) - stackOf(kShallow)) / (kDeep - kShallow);
+    const size_t ofParser = (stackOfParser(kDeep) - stackOfParser(kShallow)) / (kDeep - kShallow);
+    EXPECT_LT(0u, ofParser);
+    EXPECT_LT(perLevel, ofParser * kOverhead);
 }
 
 TEST_F(JsonLimitTest, StepsOnAnEmptyStackFindNothing)
