@@ -12,8 +12,3 @@ void GpbFieldFinder::Change(UsedInLayer &used, const Descriptor *message, uint32
         used.last = plan_.TableOf(message, layer).FirstGuess();
     }
 }
-
-const GpbNamedField &GpbFieldFinder::FindElsewhere(GpbNameGuess &guess, const char *nodeName)
-{
-    return guess.Field()->table->Find(nodeName, guess, memo_);
-}

@@ -73,10 +73,9 @@ private:
             Change(used, message, layer);
         }
         const GpbNamedField *const guessed = GpbNameTable::FindGuessed(nodeName, used.last, memo_);
-        return guessed == nullptr ? FindElsewhere(used.last, nodeName) : *guessed;
+        return guessed == nullptr ? GpbNameTable::Find(nodeName, used.last, memo_) : *guessed;
     }
 
-    const GpbNamedField &FindElsewhere(GpbNameGuess &guess, const char *nodeName);
     void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
 
     GpbNamePlan &plan_;

@@ -188,36 +188,37 @@ bool GpbNameTable::IsNewNameOf(const GpbNamedField &field, const char *nodeName,
     return isName;
 }
 
-const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const
+// A name that is known needs no more than this: looking for the text is left to a function of its own, whose needs
+// would slow this one down.
+const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo)
 {
-    const GpbNamedField &found = LookUp(nodeName, guess.Field(), memo);
-    guess = {found.next, &found == guess.Field()};
-    return found;
+    const GpbNameTable &table = *guess.Field()->table;
+    const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, table);
+    return known != nullptr && table.Contains(known) ? GuessBehind(*known, guess)
+                                                     : table.FindText(nodeName, guess, memo);
 }
 
-// A known name needs no more than this: looking for the text is left to a function of its own, whose needs would slow
-// this one down.
-const GpbNamedField &GpbNameTable::LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const
-{
-    const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, *this);
-    return known != nullptr && Contains(known) ? *known : LookUpText(nodeName, guessed, memo);
-}
-
-[[gnu::noinline]] const GpbNamedField &GpbNameTable::LookUpText(const char *nodeName, const GpbNamedField *guessed,
-                                                                GpbNameMemo *memo) const
+[[gnu::noinline]] const GpbNamedField &GpbNameTable::FindText(const char *nodeName, GpbNameGuess &guess,
+                                                              GpbNameMemo *memo) const
 {
     const uint32_t place = places_.Find(nodeName);
     if (place == GpbNameMap::NOTHING)
     {
         // Converted each time: what fails in the platform's functions must not be remembered as a miss.
-        return FindConverted(nodeName);
+        return GuessBehind(FindConverted(nodeName), guess);
     }
     // A name in its order will be guessed the next time.
-    if (memo != nullptr && &fields_[place] != guessed)
+    if (memo != nullptr && &fields_[place] != guess.Field())
     {
         memo->KeepAt(nodeName, *this, fields_[place]);
     }
-    return fields_[place];
+    return GuessBehind(fields_[place], guess);
+}
+
+const GpbNamedField &GpbNameTable::GuessBehind(const GpbNamedField &found, GpbNameGuess &guess)
+{
+    guess = {found.next, &found == guess.Field()};
+    return found;
 }
 
 bool GpbNameTable::Contains(const GpbNamedField *field) const

@@ -84,7 +84,8 @@ public:
         return guessed;
     }
 
-    const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const;
+    /// The field of a name in the table of a guess.
+    static const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo);
 
     /// Before the first name of a message.
     GpbNameGuess FirstGuess() const { return {&fields_.front(), false}; }
@@ -101,8 +102,8 @@ private:
     }
 
     static bool IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo);
-    const GpbNamedField &LookUp(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
-    const GpbNamedField &LookUpText(const char *nodeName, const GpbNamedField *guessed, GpbNameMemo *memo) const;
+    static const GpbNamedField &GuessBehind(const GpbNamedField &found, GpbNameGuess &guess);
+    const GpbNamedField &FindText(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const;
     bool Contains(const GpbNamedField *field) const;
     const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
