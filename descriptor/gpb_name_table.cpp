@@ -147,7 +147,7 @@ GpbNameTable::GpbNameTable(const Descriptor *message, int32_t layer, const GpbCa
         fields_.back().name = dashed == answer.name ? kept : places_.Add(dashed, place);
     }
     SetNext();
-    SetNumbers();
+    SetTableAndNumbers();
 }
 
 // The same once more for one of a list, else the first name of the field behind this one, and in the end the first of
@@ -167,7 +167,7 @@ void GpbNameTable::SetNext()
     }
 }
 
-void GpbNameTable::SetNumbers()
+void GpbNameTable::SetTableAndNumbers()
 {
     uint32_t number = g_fieldCount.fetch_add(static_cast<uint32_t>(fields_.size()), std::memory_order_relaxed);
     for (GpbNamedField &field : fields_)
@@ -177,54 +177,10 @@ void GpbNameTable::SetNumbers()
     }
 }
 
-// An address is new once in a document.
-bool GpbNameTable::IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo)
-{
-    const bool isName = std::strcmp(field.name, nodeName) == 0;
-    if (isName)
-    {
-        memo.Keep(nodeName, field, field.number);
-    }
-    return isName;
-}
-
-// A name that is known needs no more than this: looking for the text is left to a function of its own, whose needs
-// would slow this one down.
-const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo)
-{
-    const GpbNameTable &table = *guess.Field()->table;
-    const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, table);
-    return known != nullptr && table.Contains(known) ? GuessBehind(*known, guess)
-                                                     : table.FindText(nodeName, guess, memo);
-}
-
-[[gnu::noinline]] const GpbNamedField &GpbNameTable::FindText(const char *nodeName, GpbNameGuess &guess,
-                                                              GpbNameMemo *memo) const
+const GpbNamedField *GpbNameTable::FindAsSpelt(const char *nodeName) const
 {
     const uint32_t place = places_.Find(nodeName);
-    if (place == GpbNameMap::NOTHING)
-    {
-        // Converted each time: what fails in the platform's functions must not be remembered as a miss.
-        return GuessBehind(FindConverted(nodeName), guess);
-    }
-    // A name in its order will be guessed the next time.
-    if (memo != nullptr && &fields_[place] != guess.Field())
-    {
-        memo->KeepAt(nodeName, *this, fields_[place]);
-    }
-    return GuessBehind(fields_[place], guess);
-}
-
-const GpbNamedField &GpbNameTable::GuessBehind(const GpbNamedField &found, GpbNameGuess &guess)
-{
-    guess = {found.next, &found == guess.Field()};
-    return found;
-}
-
-bool GpbNameTable::Contains(const GpbNamedField *field) const
-{
-    const auto isBefore = std::less<>();
-    return !isBefore(field, fields_.data()) && isBefore(field, fields_.data() + fields_.size());
+    return place == GpbNameMap::NOTHING ? nullptr : &fields_[place];
 }
 
 const GpbNamedField &GpbNameTable::FindConverted(const char *nodeName) const

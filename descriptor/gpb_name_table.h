@@ -3,14 +3,12 @@
 #define GPB_DESCRIPTOR_GPB_NAME_TABLE_H
 
 #include <cstdint>
-#include <cstring>
 #include <set>
 #include <string_view>
 #include <vector>
 
 #include "descriptor/gpb_field_search.h"
 #include "descriptor/gpb_name_map.h"
-#include "descriptor/gpb_name_memo.h"
 
 class GpbCaseIndex;
 class GpbNameTable;
@@ -21,41 +19,17 @@ struct GpbNamedField
     GpbFoundField node; ///< GPB_FindFieldDescByNodeName's answer
     GpbFoundField leaf; ///< GPB_GetLeafFieldDescByNodeName's answer
 
-    const char *name = "";               ///< as most documents spell it
+    const char *name = "";               ///< as most documents spell it; "" for what stands for nothing
     const GpbNameTable *table = nullptr; ///< that it is in
     const GpbNamedField *next = nullptr; ///< that most documents have behind this one
-    uint32_t number = 0;                 ///< among those of all tables, for memos
+    uint32_t number = 0;                 ///< among those of all tables
 };
-
-/// Which name comes next in a document, of those in a table; and whether it is to be tried, which it is when the guess
-/// before would have been right. Every compiler keeps a few of them, so the two share a word: fields lie at even
-/// addresses.
-class GpbNameGuess
-{
-public:
-    GpbNameGuess() = default;
-    GpbNameGuess(const GpbNamedField *field, bool isTried)
-        : code_(reinterpret_cast<const char *>(field) + (isTried ? 1 : 0))
-    {
-    }
-
-    /// Null before the first guess.
-    const GpbNamedField *Field() const { return reinterpret_cast<const GpbNamedField *>(code_ - Flag()); }
-    bool IsTried() const { return Flag() != 0; }
-
-private:
-    uintptr_t Flag() const { return reinterpret_cast<uintptr_t>(code_) & 1U; }
-
-    const char *code_ = nullptr;
-};
-static_assert(alignof(GpbNamedField) > 1, "a bit of its address is free");
 
 /// All names that a search finds, with its answers; so a name that is not here stands for nothing. Made once and never
 /// changed, so it may be read by any number of threads.
 ///
-/// Most documents have their nodes in the order in which the fields are declared, so the name behind the last one is
-/// tried first. Then a name is looked up as the document spells it: the table holds each name with dashes, as most
-/// modules write them, and with underlines. Other spellings (a mixture, upper case) are converted and looked up again.
+/// The table holds each name with dashes, as most modules write them, and with underlines. Other spellings (a mixture,
+/// upper case) are converted and looked up again.
 class GpbNameTable
 {
 public:
@@ -69,45 +43,29 @@ public:
     GpbNameTable(const GpbNameTable &) = delete;
     GpbNameTable &operator=(const GpbNameTable &) = delete;
 
-    /// The field of a name when the guess tells it, else null: then `Find` does. A part of the walks, like what is
-    /// above; the rest is not, since it would have to hold more at hand than the guess takes.
-    ///
-    /// @param memo  of the document that the name is in; null where names do not stay where they are
-    static const GpbNamedField *FindGuessed(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo)
+    /// What a name stands for.
+    const GpbNamedField &Find(const char *nodeName) const
     {
-        const GpbNamedField *const guessed = guess.Field();
-        if (!guess.IsTried() || !IsNameOf(*guessed, nodeName, memo))
-        {
-            return nullptr;
-        }
-        guess = {guessed->next, true};
-        return guessed;
+        const GpbNamedField *const found = FindAsSpelt(nodeName);
+        return found == nullptr ? FindConverted(nodeName) : *found;
     }
 
-    /// The field of a name in the table of a guess.
-    static const GpbNamedField &Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo);
+    /// The same when the name is spelt as in the table, else null.
+    const GpbNamedField *FindAsSpelt(const char *nodeName) const;
 
-    /// Before the first name of a message.
-    GpbNameGuess FirstGuess() const { return {&fields_.front(), false}; }
+    /// The same after the name was converted, by the platform's functions.
+    const GpbNamedField &FindConverted(const char *nodeName) const;
+
+    /// What all names stand for that are not here. Behind it comes the first field.
+    const GpbNamedField &Nothing() const { return fields_.front(); }
 
 private:
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases);
     GpbNameTable(const google::protobuf::Descriptor *message, int32_t layer, const GpbCaseIndex &cases,
                  const std::set<std::string_view> &names);
 
-    static bool IsNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo *memo)
-    {
-        return memo == nullptr ? std::strcmp(field.name, nodeName) == 0
-                               : memo->Has(nodeName, field, field.number) || IsNewNameOf(field, nodeName, *memo);
-    }
-
-    static bool IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo);
-    static const GpbNamedField &GuessBehind(const GpbNamedField &found, GpbNameGuess &guess);
-    const GpbNamedField &FindText(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo) const;
-    bool Contains(const GpbNamedField *field) const;
-    const GpbNamedField &FindConverted(const char *nodeName) const;
     void SetNext();
-    void SetNumbers();
+    void SetTableAndNumbers();
 
     const google::protobuf::Descriptor *message_;
     int32_t layer_;

@@ -113,7 +113,8 @@ TEST_F(NameTable, LeavesContainersAndCases)
     EXPECT_GT(CompareAnswersOfAll(m_finder, top), 20U);
 }
 
-// A finder tries the name first that is declared behind the last one: whatever comes instead is found all the same.
+// A finder tries the name first that came behind the last one before, or is declared there: whatever comes instead is
+// found all the same.
 TEST_F(NameTable, NamesInAnyOrder)
 {
     const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {
@@ -130,6 +131,7 @@ TEST_F(NameTable, NamesInAnyOrder)
     names.insert(names.end(), declared.begin(), declared.end());
     names.insert(names.end(), turned.begin(), turned.end());
     names.insert(names.end(), odd.begin(), odd.end());
+    const GpbFieldFinder::Document document(m_finder, true);
     for (const std::string &name : names)
     {
         const FieldDescriptor *caseField = nullptr;
@@ -141,12 +143,13 @@ TEST_F(NameTable, NamesInAnyOrder)
     }
 }
 
-// Where names stay where they are, they are found by that: in order, at random, and with more fields than a memo has
-// places for.
-TEST_F(NameTable, NamesThatStayWhereTheyAre)
+// Names of two types that are alike, at the same addresses: in order, in another order that comes again, and at random,
+// with more fields than a trail has places for.
+TEST_F(NameTable, NamesOfADocumentInAnyOrder)
 {
     constexpr size_t FIELDS = 200;
-    constexpr size_t STEPS = 20000;
+    constexpr size_t STEPS = 40000;
+    constexpr size_t STRIDE = 7;
     std::string fields;
     std::vector<std::string> names = {"unknown", "in-a"};
     for (size_t i = 1; i <= FIELDS; ++i)
@@ -154,22 +157,58 @@ TEST_F(NameTable, NamesThatStayWhereTheyAre)
         fields += "string f_" + std::to_string(i) + " = " + std::to_string(i) + ";";
         names.push_back("f-" + std::to_string(i));
     }
-    const Descriptor *top = TypeOf("syntax = \"proto3\"; package m; message Top { message A { string in_a = 1; }" +
-                                   fields + " oneof choice { A a = 1000; } }");
-    std::minstd_rand random(1); // NOLINT(cert-msc51-cpp): the same steps each time
-    GpbNameMemo memo;
-    const GpbFieldFinder::Document document(m_finder, &memo);
-    size_t at = 0;
-    for (size_t step = 0; step < STEPS; ++step)
+    const Descriptor *top = TypeOf("syntax = \"proto3\"; package m; message Top { message A { string in_a = 1000; " +
+                                   fields + "}" + fields + " oneof choice { A a = 1000; } }");
+    for (const bool doNamesStay : {true, false})
     {
-        at = random() % 4 == 0 ? random() % names.size() : (at + 1) % names.size();
-        const Descriptor *message = random() % 50 == 0 ? top->nested_type(0) : top;
-        const FieldDescriptor *caseField = nullptr;
-        const FieldDescriptor *field = GPB_FindFieldDescByNodeName(message, names[at].c_str(), 2, &caseField);
-        const GpbFoundField found = m_finder.FindNode(message, names[at].c_str(), 2);
-        ASSERT_EQ(found.field, field) << names[at];
-        ASSERT_EQ(found.caseField, caseField) << names[at];
+        std::minstd_rand random(1); // NOLINT(cert-msc51-cpp): the same steps each time
+        const GpbFieldFinder::Document document(m_finder, doNamesStay);
+        const Descriptor *message = top;
+        size_t at = 0;
+        size_t stride = 1;
+        for (size_t step = 0; step < STEPS; ++step)
+        {
+            at = random() % 8 == 0 ? random() % names.size() : (at + stride) % names.size();
+            if (random() % 50 == 0)
+            {
+                message = message == top ? top->nested_type(0) : top;
+                stride = random() % 2 == 0 ? 1 : STRIDE;
+            }
+            const FieldDescriptor *caseField = nullptr;
+            const FieldDescriptor *field = GPB_FindFieldDescByNodeName(message, names[at].c_str(), 2, &caseField);
+            const GpbFoundField found = m_finder.FindNode(message, names[at].c_str(), 2);
+            ASSERT_EQ(found.field, field) << names[at];
+            ASSERT_EQ(found.caseField, caseField) << names[at];
+        }
     }
+}
+
+TEST_F(NameTable, SpellingsOfADocument)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top {
+        message A { string in_case = 1; string box = 2; string bag1 = 3; } message Box { string x = 1; }
+        string some_leaf_name = 1; oneof choice { A a = 2; } Box box = 3; Box bag = 4; string twelve12 = 5; })");
+    const GpbFieldFinder::Document document(m_finder, false);
+    const size_t found = CompareAnswersOfAll(m_finder, top);
+    EXPECT_GT(found, 20U);
+    EXPECT_EQ(CompareAnswersOfAll(m_finder, top), found);
+}
+
+// A log callback may encode another document with the compiler that calls it.
+TEST_F(NameTable, DocumentsWithinDocuments)
+{
+    const Descriptor *top = TypeOf(R"(syntax = "proto3"; package m; message Top { string one = 1; string two = 2; })");
+    char name[] = "one";
+    const GpbFieldFinder::Document outer(m_finder, false);
+    EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName("one"));
+    {
+        const GpbFieldFinder::Document inner(m_finder, true);
+        EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName("one"));
+    }
+    std::copy_n("two", sizeof(name), name);
+    EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName("two"));
+    std::copy_n("one", sizeof(name), name);
+    EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName("one"));
 }
 
 TEST_F(NameTable, NamesMoveFromDocumentToDocument)
@@ -180,8 +219,7 @@ TEST_F(NameTable, NamesMoveFromDocumentToDocument)
     for (const char *text : {"one", "two", "six", "two", "one"})
     {
         std::copy_n(text, sizeof(name), name);
-        GpbNameMemo memo;
-        const GpbFieldFinder::Document document(m_finder, &memo);
+        const GpbFieldFinder::Document document(m_finder, true);
         for (int i = 0; i < 5; ++i)
         {
             EXPECT_EQ(m_finder.FindNode(top, name, 2).field, top->FindFieldByName(text)) << text;
@@ -243,7 +281,10 @@ TEST_F(NameTable, AnswersAsTheSearchesDoForRandomTypes)
         judge.addFile("m.proto", text);
         GpbNamePlan plan;
         GpbFieldFinder finder(plan);
-        found += CompareAnswersOfAll(finder, judge.findType("m.Top"));
+        const size_t foundByPlan = CompareAnswersOfAll(finder, judge.findType("m.Top"));
+        const GpbFieldFinder::Document document(finder, false);
+        EXPECT_EQ(CompareAnswersOfAll(finder, judge.findType("m.Top")), foundByPlan);
+        found += foundByPlan;
         ASSERT_FALSE(HasFailure()) << "seed " << seed << "\n" << text;
     }
     // The types were worth comparing.
