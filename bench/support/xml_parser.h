@@ -18,7 +18,8 @@ struct XmlFree
 };
 using XmlDocument = std::unique_ptr<xmlDoc, XmlFree>;
 
-/// A parser that is kept from one document to the next. Documents may outlive it; failures throw std::runtime_error.
+/// A parser that is kept from one document to the next, but for large ones, as docs/embedding.md tells hosts. Documents
+/// may outlive it; failures throw std::runtime_error.
 class XmlParser
 {
 public:
@@ -28,8 +29,16 @@ public:
     /// nodes.
     XmlDocument Parse(const std::string &text) const;
 
+    /// The same with the parser that is kept, however large the document is.
+    XmlDocument ParseKept(const std::string &text) const { return Read(parser_.get(), text); }
+
 private:
-    std::unique_ptr<xmlParserCtxt, XmlFree> parser_;
+    using Context = std::unique_ptr<xmlParserCtxt, XmlFree>;
+
+    static Context NewContext();
+    static XmlDocument Read(xmlParserCtxt *context, const std::string &text);
+
+    Context parser_;
 };
 
 } // namespace gpbbench
