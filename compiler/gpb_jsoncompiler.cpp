@@ -8,7 +8,6 @@
 #include "compiler/gpb_source_tag.h"
 #include "compiler/gpb_translator_table.h"
 #include "core/gpb_log.h"
-#include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_extension.h"
 
@@ -122,7 +121,6 @@ unsigned int GpbJsonCompiler::EncodeItem(cJSON *pstRoot, cJSON *pstItem)
         pstLayerMessage = layerMessage;
         ReportMissing(pvLibHandle, pstMessage, pstLayerMessage);
     };
-    const GpbFieldFinder::Document document(*pstFieldFinder, false);
     if (GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0)
     {
         GpbExactJsonWalk walk(*this, pstRoot, pstItem);

@@ -75,8 +75,9 @@ unsigned int GpbXmlCompiler::EncodeRoot(xmlNode *pstRoot)
     GpbCompilerStack stack;
     GpbTopMessage top(stack);
     // Whoever is told what cannot be encoded might rename nodes, and so might a subclass.
+    GpbNameMemo names;
     const bool mayNamesMove = GpbArePathsLogged(pvLibHandle) || typeid(*this) != typeid(GpbXmlCompiler);
-    const GpbFieldFinder::Document document(*pstFieldFinder, !mayNamesMove);
+    const GpbFieldFinder::Document document(*pstFieldFinder, mayNamesMove ? nullptr : &names);
     const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
     const unsigned int result =
         isLossless ? GpbExactXmlWalk(*this).WalkSiblings(pstRoot, stack) : IterXmlDoc(pstRoot, stack);

@@ -6,11 +6,9 @@
 #include "compiler/exact/gpb_exact_xml_to_json.h"
 #include "compiler/gpb_json_document.h"
 #include "compiler/gpb_json_text.h"
-#include "compiler/gpb_layer.h"
 #include "compiler/gpb_xmlcompilerjson_tag.h"
 #include "core/gpb_barrier.h"
 #include "core/gpb_log.h"
-#include "descriptor/gpb_field_finder.h"
 #include "gpb_templatelib/gpb_compiler.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 #include "gpb_templatelib/gpb_extension.h"
@@ -81,8 +79,6 @@ unsigned int GpbXmlCompilerJson::EncodeRoot(xmlNode *pstRoot)
     // one whose items are cJSON's own.
     const bool isSubclass = typeid(*this) != typeid(GpbXmlCompilerJson);
     const bool isLossless = GPBEXT_IsLossless(static_cast<const GpbLibContext *>(pvLibHandle)) != 0;
-    // Whoever is told what cannot be encoded might rename nodes, and so might a subclass.
-    const GpbFieldFinder::Document document(*pstFieldFinder, !isSubclass && !GpbArePathsLogged(pvLibHandle));
     pstJsonRoot = isSubclass || isLossless ? GpbLib_Json_AllocObject(uiMemHandle) : GpbJsonDocument::New();
     if (pstJsonRoot == nullptr)
     {

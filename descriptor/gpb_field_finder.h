@@ -5,13 +5,13 @@
 #include <cstdint>
 
 #include "descriptor/gpb_name_plan.h"
-#include "descriptor/gpb_name_trail.h"
 #include "gpb_templatelib/gpb_descriptor.h"
 
 inline constexpr GpbFoundField GPB_NOTHING_FOUND = {};
 
-/// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, from the tables of a plan, which many
-/// threads may ask. One finder belongs to one compiler.
+/// Answers as GPB_FindFieldDescByNodeName and GPB_GetLeafFieldDescByNodeName do, from the tables of a plan. It
+/// remembers the tables that it used last in each layer, and where in them, so that a walk seldom has to ask the plan,
+/// which many threads may do. One finder belongs to one compiler.
 class GpbFieldFinder
 {
 public:
@@ -28,60 +28,60 @@ public:
         return message == nullptr || nodeName == nullptr ? GPB_NOTHING_FOUND : Find(message, nodeName, layer).leaf;
     }
 
-    /// While one lives, a finder remembers the names of a document, so that it seldom has to ask the plan.
+    /// While one lives, names are taken to stay where they are.
     class Document
     {
     public:
-        /// @param doNamesStay  see GpbNameTrail
-        Document(GpbFieldFinder &finder, bool doNamesStay)
-            : finder_(finder), before_(finder.trail_), trail_(doNamesStay)
+        /// @param memo  nothing in it yet; null: names may move
+        Document(GpbFieldFinder &finder, GpbNameMemo *memo) : finder_(finder), before_(finder.memo_)
         {
-            finder.trail_ = &trail_;
+            finder.memo_ = memo;
         }
-        ~Document() { finder_.trail_ = before_; }
+        ~Document() { finder_.memo_ = before_; }
 
         Document(const Document &) = delete;
         Document &operator=(const Document &) = delete;
 
     private:
         GpbFieldFinder &finder_;
-        GpbNameTrail *before_;
-        GpbNameTrail trail_;
+        GpbNameMemo *before_;
     };
 
 private:
-    // Whether a step is of the table of a message type in a layer.
-    static bool IsOf(const GpbNameStep *step, const google::protobuf::Descriptor *message, uint32_t layer)
+    // Deeper layers share a place with higher ones. A power of two, since each leaf's layer is divided by it.
+    static constexpr uint32_t LAYERS = GpbNameMemo::WALKS;
+
+    // Many documents have two kinds of containers in turn.
+    struct UsedInLayer
     {
-        return step != nullptr && step->table->IsOf(message, static_cast<int32_t>(layer));
+        GpbNameGuess last;
+        GpbNameGuess before;
+    };
+
+    // Whether a guess is of the table of a message type in a layer.
+    static bool IsOf(const GpbNameGuess &guess, const google::protobuf::Descriptor *message, uint32_t layer)
+    {
+        const GpbNamedField *const field = guess.Field();
+        return field != nullptr && field->table->IsOf(message, static_cast<int32_t>(layer));
     }
 
     const GpbNamedField &Find(const google::protobuf::Descriptor *message, const char *nodeName, uint32_t layer)
     {
-        if (trail_ == nullptr)
-        {
-            return plan_.TableOf(message, layer).Find(nodeName);
-        }
-        GpbNameTrail::Used &used = trail_->UsedIn(layer);
+        const uint32_t walk = layer % LAYERS;
+        UsedInLayer &used = used_[walk];
         if (!IsOf(used.last, message, layer))
         {
             Change(used, message, layer);
         }
-        // No step yet, or one whose place has been given to a field of another table.
-        GpbNameStep *const next = used.last->next;
-        if (next->table != used.last->table || !trail_->IsAt(*next, nodeName))
-        {
-            return FindBehind(used, nodeName);
-        }
-        used.last = next;
-        return *next->field;
+        const GpbNamedField *const guessed = GpbNameTable::FindGuessed(nodeName, used.last, memo_, walk);
+        return guessed == nullptr ? GpbNameTable::Find(nodeName, used.last, memo_, walk) : *guessed;
     }
 
-    void Change(GpbNameTrail::Used &used, const google::protobuf::Descriptor *message, uint32_t layer);
-    const GpbNamedField &FindBehind(GpbNameTrail::Used &used, const char *nodeName);
+    void Change(UsedInLayer &used, const google::protobuf::Descriptor *message, uint32_t layer);
 
     GpbNamePlan &plan_;
-    GpbNameTrail *trail_ = nullptr; ///< null between documents
+    GpbNameMemo *memo_ = nullptr;
+    UsedInLayer used_[LAYERS];
 };
 
 #endif

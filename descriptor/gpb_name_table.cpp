@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <functional>
 #include <google/protobuf/descriptor.h>
 #include <set>
@@ -176,10 +177,54 @@ void GpbNameTable::SetTableAndNumbers()
     }
 }
 
-const GpbNamedField *GpbNameTable::FindAsSpelt(const char *nodeName) const
+// An address is new once in a document.
+bool GpbNameTable::IsNewNameOf(const GpbNamedField &field, const char *nodeName, GpbNameMemo &memo)
+{
+    const bool isName = std::strcmp(field.name, nodeName) == 0;
+    if (isName)
+    {
+        memo.Keep(nodeName, field);
+    }
+    return isName;
+}
+
+// A name that is known needs no more than this: looking for the text is left to a function of its own, whose needs
+// would slow this one down.
+const GpbNamedField &GpbNameTable::Find(const char *nodeName, GpbNameGuess &guess, GpbNameMemo *memo, uint32_t walk)
+{
+    const GpbNameTable &table = *guess.Field()->table;
+    const GpbNamedField *const known = memo == nullptr ? nullptr : memo->FieldAt(nodeName, table);
+    return known != nullptr ? GuessBehind(*known, guess, memo, walk) : table.FindText(nodeName, guess, memo, walk);
+}
+
+[[gnu::noinline]] const GpbNamedField &GpbNameTable::FindText(const char *nodeName, GpbNameGuess &guess,
+                                                              GpbNameMemo *memo, uint32_t walk) const
 {
     const uint32_t place = places_.Find(nodeName);
-    return place == GpbNameMap::NOTHING ? nullptr : &fields_[place];
+    if (place == GpbNameMap::NOTHING)
+    {
+        // Converted each time: what fails in the platform's functions must not be remembered as a miss.
+        return GuessBehind(FindConverted(nodeName), guess, memo, walk);
+    }
+    // A name in its order will be guessed the next time.
+    if (memo != nullptr && &fields_[place] != guess.Field())
+    {
+        memo->KeepAt(nodeName, fields_[place]);
+    }
+    return GuessBehind(fields_[place], guess, memo, walk);
+}
+
+const GpbNamedField &GpbNameTable::GuessBehind(const GpbNamedField &found, GpbNameGuess &guess, GpbNameMemo *memo,
+                                               uint32_t walk)
+{
+    const bool wasGuessed = &found == guess.Field();
+    // A name that stands for nothing is converted each time, so it is never guessed.
+    if (memo != nullptr && !wasGuessed && &found != &found.table->fields_.front())
+    {
+        memo->SetNextOfLast(walk, found);
+    }
+    Arrive(found, wasGuessed, guess, memo, walk);
+    return found;
 }
 
 const GpbNamedField &GpbNameTable::FindConverted(const char *nodeName) const
