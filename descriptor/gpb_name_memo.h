@@ -63,6 +63,7 @@ public:
             return;
         }
         Seen &seen = seen_[PlaceOf(*last)];
+        // A walk that has come to a third table found its last field in another one.
         if (seen.field == last && last->table == next.table)
         {
             seen.next = &next;
